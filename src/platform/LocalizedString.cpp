@@ -1,0 +1,13 @@
+#include "platform/LocalizedString.h"
+
+#include <QCoreApplication>
+
+namespace velmora {
+
+QString LocalizedString(const char* key)
+{
+    // One context for every text, as one string table serves the whole program.
+    return QCoreApplication::translate("Velmora", key);
+}
+
+} // namespace velmora

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+namespace velmora {
+
+// Reads property lists, XML and binary ("bplist00"), into QVariant trees:
+//   dictionary -> QVariantMap, array -> QVariantList, string -> QString,
+//   integer -> qint64 (quint64 above the signed range), real -> double, boolean -> bool,
+//   date -> QDateTime in UTC, data -> QByteArray, uid -> QVariantMap {"CF$UID": qint64}.
+// The work is bounded: input size, nesting depth and object count are limited, each binary
+// object is decoded once however often it is referenced, and reference cycles are refused.
+class PropertyList {
+public:
+    struct Limits {
+        qint64 maxInputBytes = qint64(256) * 1024 * 1024;
+        int maxDepth = 512;
+        qint64 maxObjects = qint64(16) * 1024 * 1024;
+    };
+
+    // Parses data in whichever format it is in. On failure returns a null QVariant and, when
+    // error is given, a sentence saying what is wrong and where.
+    static QVariant fromData(const QByteArray& data, QString* error = nullptr,
+                             const Limits& limits = {});
+    static QVariant fromXml(const QByteArray& data, QString* error = nullptr,
+                            const Limits& limits = {});
+    static QVariant fromBinary(const QByteArray& data, QString* error = nullptr,
+                               const Limits& limits = {});
+
+    // The platform's array-from-file reader: the root array of the file at path, or a null
+    // QVariant when the file is missing, unreadable, malformed or its root is not an array.
+    static QVariant arrayWithContentsOfFile(const QString& path, const Limits& limits = {});
+};
+
+} // namespace velmora

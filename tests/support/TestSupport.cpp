@@ -1,0 +1,89 @@
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <ostream>
+
+void PrintTo(const QString& s, std::ostream* os)
+{
+    *os << '"' << s.toStdString() << '"';
+}
+
+void PrintTo(const QByteArray& s, std::ostream* os)
+{
+    *os << '"' << s.toStdString() << '"';
+}
+
+namespace velmora::test {
+
+ScopedEnv::ScopedEnv(const char* name, const QByteArray& value) : m_name(name)
+{
+    if (qEnvironmentVariableIsSet(name))
+        m_old = qgetenv(name);
+    qputenv(name, value);
+}
+
+ScopedEnv::~ScopedEnv()
+{
+    if (m_old)
+        qputenv(m_name.constData(), *m_old);
+    else
+        qunsetenv(m_name.constData());
+}
+
+TempContainer::TempContainer(const QByteArray& bundleId)
+    : m_container("VELMORA_GROUP_CONTAINER", QFile::encodeName(m_dir.path()))
+    , m_bundle("VELMORA_BUNDLE_ID", bundleId)
+{
+}
+
+QString TempContainer::dataFolder() const
+{
+    const bool beta = qEnvironmentVariable("VELMORA_BUNDLE_ID").startsWith(u"it.zemlo.velmora.beta");
+    return root() + (beta ? u"/SharedDataBeta" : u"/SharedData");
+}
+
+QString TempContainer::writeData(const QString& relativePath, const QByteArray& bytes) const
+{
+    const QString path = dataFolder() + u'/' + relativePath;
+    writeFile(path, bytes);
+    return path;
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return f.readAll();
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
+        ADD_FAILURE() << "cannot write " << path.toStdString();
+}
+
+bool runPython(const QString& script, const QStringList& args)
+{
+    QString python = qEnvironmentVariable("VELMORA_TEST_PYTHON");
+    if (python.isEmpty())
+        python = QStandardPaths::findExecutable(QStringLiteral("python3"));
+    if (python.isEmpty())
+        return false;
+    QProcess p;
+    p.start(python, QStringList{QStringLiteral("-c"), script} + args);
+    if (!p.waitForFinished(120000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0) {
+        ADD_FAILURE() << "python3 failed: " << p.readAllStandardError().toStdString();
+        return false;
+    }
+    return true;
+}
+
+} // namespace velmora::test

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+// Prints Qt strings in gtest messages.
+void PrintTo(const QString& s, std::ostream* os);
+void PrintTo(const QByteArray& s, std::ostream* os);
+
+namespace velmora::test {
+
+// Sets an environment variable for the lifetime of the object and restores it afterwards.
+class ScopedEnv {
+public:
+    ScopedEnv(const char* name, const QByteArray& value);
+    ~ScopedEnv();
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    QByteArray m_name;
+    std::optional<QByteArray> m_old;
+};
+
+// A fresh shared container in a temporary directory, with this program's bundle identifier
+// set; the data folder is <root>/SharedData (or SharedDataBeta for a beta identifier).
+class TempContainer {
+public:
+    explicit TempContainer(const QByteArray& bundleId = "it.zemlo.velmora.share");
+
+    QString root() const { return m_dir.path(); }
+    QString dataFolder() const;
+    // Writes bytes to a path relative to the data folder, creating folders on the way.
+    QString writeData(const QString& relativePath, const QByteArray& bytes) const;
+
+private:
+    QTemporaryDir m_dir;
+    ScopedEnv m_container;
+    ScopedEnv m_bundle;
+};
+
+QByteArray readFile(const QString& path);
+void writeFile(const QString& path, const QByteArray& bytes);
+
+// Runs python3 with the script and arguments; fails the current test when it does not exit 0.
+// Returns false when no python3 is available (the caller skips).
+bool runPython(const QString& script, const QStringList& args);
+
+} // namespace velmora::test
