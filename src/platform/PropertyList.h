@@ -12,13 +12,18 @@ namespace velmora {
 //   date -> QDateTime in UTC, data -> QByteArray, uid -> QVariantMap {"CF$UID": qint64}.
 // The work is bounded: input size, nesting depth and object count are limited, each binary
 // object is decoded once however often it is referenced, and reference cycles are refused.
+// What one property list may cost at most.
+struct PropertyListLimits {
+    qint64 maxInputBytes = qint64(256) * 1024 * 1024;
+    int maxDepth = 512;
+    qint64 maxObjects = qint64(16) * 1024 * 1024;
+};
+
 class PropertyList {
 public:
-    struct Limits {
-        qint64 maxInputBytes = qint64(256) * 1024 * 1024;
-        int maxDepth = 512;
-        qint64 maxObjects = qint64(16) * 1024 * 1024;
-    };
+    // At namespace scope, as GCC cannot use a nested type with member initialisers in a
+    // default argument of the enclosing class.
+    using Limits = PropertyListLimits;
 
     // Parses data in whichever format it is in. On failure returns a null QVariant and, when
     // error is given, a sentence saying what is wrong and where.
