@@ -44,7 +44,7 @@ TempContainer::TempContainer(const QByteArray& bundleId)
 QString TempContainer::dataFolder() const
 {
     const bool beta = qEnvironmentVariable("VELMORA_BUNDLE_ID").startsWith(u"it.zemlo.velmora.beta");
-    return root() + (beta ? u"/SharedDataBeta" : u"/SharedData");
+    return root() + (beta ? QStringLiteral("/SharedDataBeta") : QStringLiteral("/SharedData"));
 }
 
 QString TempContainer::writeData(const QString& relativePath, const QByteArray& bytes) const
