@@ -72,8 +72,8 @@ void writeFile(const QString& path, const QByteArray& bytes)
 
 bool runPython(const QString& script, const QStringList& args)
 {
-    QString python = qEnvironmentVariable("VELMORA_TEST_PYTHON");
-    if (python.isEmpty())
+    QString python = QStringLiteral(VELMORA_TEST_PYTHON);
+    if (python.isEmpty() || !QFileInfo(python).isExecutable())
         python = QStandardPaths::findExecutable(QStringLiteral("python3"));
     if (python.isEmpty())
         return false;
