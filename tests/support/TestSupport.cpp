@@ -86,4 +86,15 @@ bool runPython(const QString& script, const QStringList& args)
     return true;
 }
 
+bool writePlist(const QString& path, const QByteArray& json, bool binary)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    static const QString script = QStringLiteral(
+        "import json, plistlib, sys\n"
+        "value = json.loads(sys.argv[2])\n"
+        "fmt = plistlib.FMT_BINARY if sys.argv[3] == 'binary' else plistlib.FMT_XML\n"
+        "open(sys.argv[1], 'wb').write(plistlib.dumps(value, fmt=fmt))\n");
+    return runPython(script, {path, QString::fromUtf8(json), binary ? QStringLiteral("binary") : QStringLiteral("xml")});
+}
+
 } // namespace velmora::test
