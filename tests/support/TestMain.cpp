@@ -2,11 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 int main(int argc, char** argv)
 {
     // Tests never read the developer's own data: the environment comes from CTest, and each
     // test that needs a container makes its own.
     ::testing::InitGoogleTest(&argc, argv);
+    // A fixed platform, locale and time zone, so that results never depend on the machine;
+    // widgets need no display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("LANG", "C.UTF-8");
+    qputenv("TZ", "Europe/Rome");
+    tzset();
     QGuiApplication app(argc, argv);
     return RUN_ALL_TESTS();
 }

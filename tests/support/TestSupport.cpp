@@ -72,8 +72,8 @@ void writeFile(const QString& path, const QByteArray& bytes)
 
 bool runPython(const QString& script, const QStringList& args)
 {
-    QString python = qEnvironmentVariable("VELMORA_TEST_PYTHON");
-    if (python.isEmpty())
+    QString python = QStringLiteral(VELMORA_TEST_PYTHON);
+    if (python.isEmpty() || !QFileInfo(python).isExecutable())
         python = QStandardPaths::findExecutable(QStringLiteral("python3"));
     if (python.isEmpty())
         return false;
@@ -84,6 +84,17 @@ bool runPython(const QString& script, const QStringList& args)
         return false;
     }
     return true;
+}
+
+bool writePlist(const QString& path, const QByteArray& json, bool binary)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    static const QString script = QStringLiteral(
+        "import json, plistlib, sys\n"
+        "value = json.loads(sys.argv[2])\n"
+        "fmt = plistlib.FMT_BINARY if sys.argv[3] == 'binary' else plistlib.FMT_XML\n"
+        "open(sys.argv[1], 'wb').write(plistlib.dumps(value, fmt=fmt))\n");
+    return runPython(script, {path, QString::fromUtf8(json), binary ? QStringLiteral("binary") : QStringLiteral("xml")});
 }
 
 } // namespace velmora::test

@@ -51,4 +51,8 @@ void writeFile(const QString& path, const QByteArray& bytes);
 // Returns false when no python3 is available (the caller skips).
 bool runPython(const QString& script, const QStringList& args);
 
+// Writes the JSON value as a property list through Python's plistlib, XML or binary; false when
+// no python3 is available (the caller skips).
+bool writePlist(const QString& path, const QByteArray& json, bool binary);
+
 } // namespace velmora::test

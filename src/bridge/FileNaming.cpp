@@ -1,0 +1,48 @@
+#include "bridge/FileNaming.h"
+
+#include <QFileInfo>
+
+namespace velmora {
+
+QString Zemlo_Fs::SafeFileName(const QString& name)
+{
+    QString safe = name;
+    safe.replace(u'/', u'_');
+    safe.replace(QChar(u'\0'), u'_');
+    if (safe.isEmpty() || safe == u"." || safe == u"..")
+        return QStringLiteral("file");
+    return safe;
+}
+
+QString Zemlo_Fs::GetGoodPath(const QString& name, const QString& folder)
+{
+    // lstat semantics: a dangling link still takes its name.
+    return GetGoodPath(name, folder, [](const QString& path) {
+        const QFileInfo info(path);
+        return info.exists() || info.isSymLink();
+    });
+}
+
+QString Zemlo_Fs::GetGoodPath(const QString& name, const QString& folder,
+                              const ExistsFunction& exists)
+{
+    const QString safe = SafeFileName(name);
+    // The extension follows the last dot, unless that dot starts or ends the name.
+    const qsizetype dot = safe.lastIndexOf(u'.');
+    const bool hasExtension = dot > 0 && dot < safe.size() - 1;
+    const QString base = hasExtension ? safe.left(dot) : safe;
+    const QString ext = hasExtension ? safe.mid(dot + 1) : QString();
+    const QString prefix = folder.endsWith(u'/') ? folder : folder + u'/';
+
+    QString candidate = base;
+    for (quint64 counter = 1;; ++counter) {
+        QString path = prefix + candidate;
+        if (!ext.isEmpty())
+            path += u'.' + ext;
+        if (!exists(path))
+            return path;
+        candidate = base + u'_' + QString::number(counter);
+    }
+}
+
+} // namespace velmora

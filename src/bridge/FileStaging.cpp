@@ -1,0 +1,324 @@
+#include "bridge/FileStaging.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <dirent.h>
+#include <fcntl.h>
+#include <filesystem>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace velmora {
+
+namespace {
+
+constexpr int kMaxFolderDepth = 256;
+constexpr int kMaxRenameAttempts = 1000;
+
+// A descriptor closed on every path out.
+class Fd {
+public:
+    explicit Fd(int fd = -1) : m_fd(fd) {}
+    ~Fd()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    Fd(const Fd&) = delete;
+    Fd& operator=(const Fd&) = delete;
+    int get() const { return m_fd; }
+    int release() { return std::exchange(m_fd, -1); }
+
+private:
+    int m_fd;
+};
+
+QString quoted(const QString& path)
+{
+    return u'"' + path + u'"';
+}
+
+QByteArray encoded(const QString& path)
+{
+    return QFile::encodeName(path);
+}
+
+// Removes a temporary entry unless it was renamed into place.
+class TemporaryEntry {
+public:
+    explicit TemporaryEntry(QByteArray path) : m_path(std::move(path)) {}
+    ~TemporaryEntry()
+    {
+        if (!m_path.isEmpty()) {
+            std::error_code ec;
+            std::filesystem::remove_all(m_path.toStdString(), ec);
+        }
+    }
+    TemporaryEntry(const TemporaryEntry&) = delete;
+    TemporaryEntry& operator=(const TemporaryEntry&) = delete;
+    const QByteArray& path() const { return m_path; }
+    void keep() { m_path.clear(); }
+
+private:
+    QByteArray m_path;
+};
+
+std::optional<Error> copyFileData(int in, int out, off_t size, const QString& what)
+{
+    // A clone shares the blocks: instant where the file system can do it (btrfs, xfs).
+    if (::ioctl(out, FICLONE, in) == 0)
+        return std::nullopt;
+    off_t left = size;
+    bool kernelCopy = true;
+    while (left > 0 || !kernelCopy) {
+        if (kernelCopy) {
+            const ssize_t n = ::copy_file_range(in, nullptr, out, nullptr,
+                                                size_t(std::min<off_t>(left, off_t(1) << 30)), 0);
+            if (n > 0) {
+                left -= n;
+                continue;
+            }
+            if (n == 0)
+                break; // the file shrank while we copied: what is there is copied
+            if (errno == EINTR)
+                continue;
+            if (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP) {
+                kernelCopy = false; // file systems that cannot: copy through a buffer
+                continue;
+            }
+            return Error::posix(errno, QStringLiteral("cannot copy %1").arg(what));
+        }
+        char buffer[1 << 16];
+        const ssize_t n = ::read(in, buffer, sizeof buffer);
+        if (n == 0)
+            break;
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return Error::posix(errno, QStringLiteral("cannot read %1").arg(what));
+        }
+        for (ssize_t done = 0; done < n;) {
+            const ssize_t w = ::write(out, buffer + done, size_t(n - done));
+            if (w < 0 && errno == EINTR)
+                continue;
+            if (w < 0)
+                return Error::posix(errno, QStringLiteral("cannot write %1").arg(what));
+            done += w;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, const char* dstName,
+                              const QString& what, int depth);
+
+std::optional<Error> copyFolderContents(int srcDirFd, int dstDirFd, const QString& what, int depth)
+{
+    if (depth > kMaxFolderDepth)
+        return Error::posix(ELOOP, QStringLiteral("cannot copy %1: folders nested too deep").arg(what));
+    const int dupFd = ::dup(srcDirFd);
+    if (dupFd < 0)
+        return Error::posix(errno, QStringLiteral("cannot read %1").arg(what));
+    DIR* dir = ::fdopendir(dupFd);
+    if (!dir) {
+        const int err = errno;
+        ::close(dupFd);
+        return Error::posix(err, QStringLiteral("cannot read %1").arg(what));
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> closer(dir, ::closedir);
+    ::rewinddir(dir);
+    while (true) {
+        errno = 0;
+        const dirent* entry = ::readdir(dir);
+        if (!entry) {
+            if (errno != 0)
+                return Error::posix(errno, QStringLiteral("cannot read %1").arg(what));
+            return std::nullopt;
+        }
+        const char* name = entry->d_name;
+        if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0)
+            continue;
+        const QString inner = what.chopped(1) + u'/' + QFile::decodeName(name) + u'"';
+        struct stat est {};
+        if (::fstatat(srcDirFd, name, &est, AT_SYMLINK_NOFOLLOW) < 0)
+            return Error::posix(errno, QStringLiteral("cannot read %1").arg(inner));
+        if (S_ISLNK(est.st_mode)) {
+            char target[PATH_MAX];
+            const ssize_t len = ::readlinkat(srcDirFd, name, target, sizeof target - 1);
+            if (len < 0)
+                return Error::posix(errno, QStringLiteral("cannot read %1").arg(inner));
+            target[len] = '\0';
+            if (::symlinkat(target, dstDirFd, name) < 0)
+                return Error::posix(errno, QStringLiteral("cannot copy %1").arg(inner));
+            continue;
+        }
+        if (!S_ISREG(est.st_mode) && !S_ISDIR(est.st_mode))
+            continue; // pipes, sockets and devices hold no content to attach
+        Fd child(::openat(srcDirFd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (child.get() < 0)
+            return Error::posix(errno, QStringLiteral("cannot open %1").arg(inner));
+        if (auto error = copyInto(child.get(), est, dstDirFd, name, inner, depth + 1))
+            return error;
+    }
+}
+
+// Copies the open source (a file or folder) to dstName inside dstDirFd.
+std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, const char* dstName,
+                              const QString& what, int depth)
+{
+    if (S_ISDIR(st.st_mode)) {
+        if (::mkdirat(dstDirFd, dstName, 0700) < 0)
+            return Error::posix(errno, QStringLiteral("cannot create a folder for %1").arg(what));
+        Fd out(::openat(dstDirFd, dstName, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (out.get() < 0)
+            return Error::posix(errno, QStringLiteral("cannot open the copy of %1").arg(what));
+        if (auto error = copyFolderContents(srcFd, out.get(), what, depth))
+            return error;
+        ::fchmod(out.get(), (st.st_mode & 0777) | S_IRWXU);
+        return std::nullopt;
+    }
+    Fd out(::openat(dstDirFd, dstName, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    if (out.get() < 0)
+        return Error::posix(errno, QStringLiteral("cannot create the copy of %1").arg(what));
+    if (auto error = copyFileData(srcFd, out.get(), st.st_size, what))
+        return error;
+    ::fchmod(out.get(), (st.st_mode & 0777) | S_IRUSR | S_IWUSR);
+    return std::nullopt;
+}
+
+// Moves the finished temporary entry to a name of the chooser's, never replacing an entry that
+// appeared there meanwhile.
+FileStaging::Result publish(TemporaryEntry& temporary, const FileStaging::NameChooser& chooseName)
+{
+    for (int attempt = 0; attempt < kMaxRenameAttempts; ++attempt) {
+        const QString path = chooseName();
+        const QByteArray target = encoded(path);
+        if (::renameat2(AT_FDCWD, temporary.path().constData(), AT_FDCWD, target.constData(),
+                        RENAME_NOREPLACE) == 0) {
+            temporary.keep();
+            return {path, std::nullopt};
+        }
+        if (errno == EEXIST)
+            continue;
+        if (errno == EINVAL || errno == ENOSYS) {
+            // A file system without RENAME_NOREPLACE: a hard link fails atomically when the
+            // name is taken; a folder falls back to a test and a rename.
+            if (::link(temporary.path().constData(), target.constData()) == 0) {
+                ::unlink(temporary.path().constData());
+                temporary.keep();
+                return {path, std::nullopt};
+            }
+            if (errno == EEXIST)
+                continue;
+            if (::access(target.constData(), F_OK) != 0
+                && ::rename(temporary.path().constData(), target.constData()) == 0) {
+                temporary.keep();
+                return {path, std::nullopt};
+            }
+        }
+        return {{}, Error::posix(errno, QStringLiteral("cannot move the copy to %1").arg(quoted(path)))};
+    }
+    return {{}, Error::posix(EEXIST, QStringLiteral("no free name for the copy"))};
+}
+
+QByteArray temporaryTemplate(const QString& folder)
+{
+    return encoded(folder + QStringLiteral("/.velmora-staging-XXXXXX"));
+}
+
+} // namespace
+
+FileStaging::Result FileStaging::copyItem(const QString& source, const QString& folder,
+                                          const NameChooser& chooseName)
+{
+    const QString what = quoted(source);
+    // O_NONBLOCK: opening a named pipe must not wait for a writer; it is refused below.
+    Fd in(::open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (in.get() < 0)
+        return {{}, Error::posix(errno, QStringLiteral("cannot open %1").arg(what))};
+    struct stat st {};
+    if (::fstat(in.get(), &st) < 0)
+        return {{}, Error::posix(errno, QStringLiteral("cannot read %1").arg(what))};
+    if (!S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode))
+        return {{}, Error::posix(EINVAL, QStringLiteral("cannot copy %1: not a file or folder").arg(what))};
+    if (S_ISREG(st.st_mode)) {
+        // Reads block from here on; the flag only mattered for the open.
+        ::fcntl(in.get(), F_SETFL, ::fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
+    }
+
+    Fd folderFd(::open(encoded(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folderFd.get() < 0)
+        return {{}, Error::posix(errno, QStringLiteral("cannot open the folder %1").arg(quoted(folder)))};
+
+    QByteArray templ = temporaryTemplate(folder);
+    if (!::mkdtemp(templ.data()))
+        return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+    // The copy is built inside a private temporary folder, so a half-made copy never has a name
+    // that anybody could take for a staged file; the finished entry is then moved into place.
+    TemporaryEntry holder(templ);
+    Fd holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (holderFd.get() < 0)
+        return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+    if (auto error = copyInto(in.get(), st, holderFd.get(), "item", what, 0))
+        return {{}, error};
+
+    TemporaryEntry item(templ + "/item");
+    Result result = publish(item, chooseName);
+    return result;
+}
+
+FileStaging::Result FileStaging::writeData(const QByteArray& bytes, const QString& folder,
+                                           const NameChooser& chooseName)
+{
+    QByteArray templ = temporaryTemplate(folder);
+    Fd out(::mkostemp(templ.data(), O_CLOEXEC));
+    if (out.get() < 0)
+        return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+    TemporaryEntry temporary(templ);
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t w = ::write(out.get(), bytes.constData() + done, size_t(bytes.size() - done));
+        if (w < 0 && errno == EINTR)
+            continue;
+        if (w < 0)
+            return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+        done += w;
+    }
+    // mkstemp makes the file private; a staged file is as readable as any the user writes.
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    ::fchmod(out.get(), 0666 & ~mask);
+    return publish(temporary, chooseName);
+}
+
+std::optional<Error> FileStaging::removeItem(const QString& path)
+{
+    const std::filesystem::path p(encoded(path).toStdString());
+    std::error_code ec;
+    const auto status = std::filesystem::symlink_status(p, ec);
+    if (ec || !std::filesystem::exists(status))
+        return Error::posix(ec ? ec.value() : ENOENT, QStringLiteral("cannot remove %1").arg(quoted(path)));
+    std::filesystem::remove_all(p, ec);
+    if (ec)
+        return Error::posix(ec.value(), QStringLiteral("cannot remove %1").arg(quoted(path)));
+    return std::nullopt;
+}
+
+std::optional<Error> FileStaging::createFolder(const QString& path)
+{
+    std::error_code ec;
+    std::filesystem::create_directories(encoded(path).toStdString(), ec);
+    if (ec)
+        return Error::posix(ec.value(), QStringLiteral("cannot create %1").arg(quoted(path)));
+    return std::nullopt;
+}
+
+} // namespace velmora

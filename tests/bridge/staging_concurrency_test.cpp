@@ -1,0 +1,83 @@
+#include "TestSupport.h"
+
+#include "bridge/ExtensionUtilities.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSet>
+
+#include <thread>
+#include <vector>
+
+using namespace velmora;
+
+namespace {
+
+constexpr int kBytes = 256 * 1024;
+
+// A staged buffer holds one tag repeated: complete when its size is right and every tag is the
+// same, so a file written by two writers at once, or cut short, is caught.
+bool isCompleteBuffer(const QByteArray& bytes)
+{
+    const qsizetype end = bytes.indexOf(';');
+    if (bytes.size() != kBytes || end <= 0)
+        return false;
+    const QByteArray tag = bytes.left(end + 1);
+    QByteArray expected = tag.repeated(kBytes / tag.size() + 1);
+    expected.truncate(kBytes);
+    return bytes == expected;
+}
+
+TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFiles)
+{
+    const velmora::test::TempContainer container;
+    ExtensionUtilities::ShareInit(QStringLiteral("ShareFull"));
+
+    constexpr int kThreads = 8;
+    constexpr int kPerThread = 10;
+    constexpr int kPerProcess = 40;
+
+    std::vector<QProcess> processes(2);
+    for (QProcess& p : processes)
+        p.start(QStringLiteral(STAGE_TOOL), {QString::number(kPerProcess), QString::number(kBytes)});
+
+    std::vector<QStringList> fromThreads(kThreads);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([t, &fromThreads] {
+            for (int i = 0; i < kPerThread; ++i) {
+                const QByteArray tag = "thread" + QByteArray::number(t) + '-' + QByteArray::number(i) + ';';
+                QByteArray bytes = tag.repeated(kBytes / tag.size() + 1);
+                bytes.truncate(kBytes);
+                fromThreads[t] += ExtensionUtilities::ShareDatas(QStringLiteral("ShareFull"), {bytes});
+            }
+        });
+    }
+    for (auto& t : threads)
+        t.join();
+
+    QStringList all;
+    for (const QStringList& l : fromThreads)
+        all += l;
+    for (QProcess& p : processes) {
+        ASSERT_TRUE(p.waitForFinished(60000));
+        ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+        all += QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+    }
+
+    const int expected = kThreads * kPerThread + 2 * kPerProcess;
+    ASSERT_EQ(all.size(), expected);
+    EXPECT_EQ(QSet<QString>(all.begin(), all.end()).size(), expected) << "two writers got one name";
+    QSet<QByteArray> contents;
+    for (const QString& path : all) {
+        const QByteArray bytes = velmora::test::readFile(path);
+        EXPECT_TRUE(isCompleteBuffer(bytes)) << path.toStdString();
+        contents.insert(bytes);
+    }
+    EXPECT_EQ(contents.size(), expected) << "a buffer was lost or written twice";
+    const QDir stage(container.dataFolder() + QStringLiteral("/ShareFull"));
+    EXPECT_EQ(stage.entryList(QDir::Files | QDir::Hidden).size(), expected) << "temporary files left behind";
+}
+
+} // namespace

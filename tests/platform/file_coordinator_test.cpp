@@ -1,0 +1,68 @@
+#include "TestSupport.h"
+
+#include "platform/FileCoordinator.h"
+
+#include <QFileInfo>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+using namespace velmora;
+
+TEST(FileCoordinator, AccessorsOfOneItemNeverOverlap)
+{
+    QTemporaryDir dir;
+    const QString item = dir.path() + QStringLiteral("/ShareFull");
+    std::atomic<int> inside{0};
+    std::atomic<int> overlaps{0};
+    std::atomic<int> runs{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 50; ++i) {
+                const auto error = FileCoordinator::coordinateWritingItemAtPath(item, [&](const QString& path) {
+                    if (inside.fetch_add(1) != 0)
+                        overlaps.fetch_add(1);
+                    EXPECT_EQ(path, item);
+                    std::this_thread::yield();
+                    inside.fetch_sub(1);
+                    runs.fetch_add(1);
+                });
+                EXPECT_FALSE(error.has_value());
+            }
+        });
+    }
+    for (auto& t : threads)
+        t.join();
+    EXPECT_EQ(runs.load(), 400);
+    EXPECT_EQ(overlaps.load(), 0);
+    EXPECT_TRUE(QFileInfo::exists(dir.path() + QStringLiteral("/.ShareFull.lock")));
+}
+
+TEST(FileCoordinator, LockIsReleasedWhenTheAccessorThrows)
+{
+    QTemporaryDir dir;
+    const QString item = dir.path() + QStringLiteral("/Accounts.plist");
+    EXPECT_THROW(FileCoordinator::coordinateWritingItemAtPath(
+                     item, [](const QString&) { throw std::runtime_error("boom"); }),
+                 std::runtime_error);
+    bool ran = false;
+    EXPECT_FALSE(FileCoordinator::coordinateWritingItemAtPath(item, [&](const QString&) { ran = true; }));
+    EXPECT_TRUE(ran);
+}
+
+TEST(FileCoordinator, MissingItemOrUnusableFolderIsAnErrorAndTheAccessorDoesNotRun)
+{
+    QTemporaryDir dir;
+    velmora::test::writeFile(dir.path() + QStringLiteral("/file"), "x");
+    bool ran = false;
+    const auto noContainer = FileCoordinator::coordinateWritingItemAtPath(QString(), [&](const QString&) { ran = true; });
+    const auto underFile = FileCoordinator::coordinateWritingItemAtPath(
+        dir.path() + QStringLiteral("/file/ShareFull"), [&](const QString&) { ran = true; });
+    EXPECT_TRUE(noContainer.has_value());
+    ASSERT_TRUE(underFile.has_value());
+    EXPECT_FALSE(underFile->text().isEmpty());
+    EXPECT_FALSE(ran);
+}
