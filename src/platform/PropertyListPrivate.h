@@ -1,0 +1,35 @@
+#pragma once
+
+// Shared by the XML and the binary property-list readers; not part of the library's API.
+
+#include "platform/PropertyList.h"
+
+#include <QString>
+
+namespace velmora::plist {
+
+// Thrown by a reader when the input is malformed or over a limit; caught at its entry point,
+// which turns it into a null result and the error text. Unwinding out of a deep recursion
+// this way keeps every decoding step free of result checks.
+struct Malformed {
+    QString message;
+};
+
+// Refuses input larger than the limit before any of it is parsed.
+void checkInputSize(qsizetype size, const PropertyList::Limits& limits);
+
+// Runs a reader: the value it returns, or a null QVariant and the error text when it throws.
+template <typename Read> QVariant guarded(const QString& format, QString* error, Read&& read) {
+    try {
+        QVariant result = read();
+        if (error)
+            error->clear();
+        return result;
+    } catch (const Malformed& e) {
+        if (error)
+            *error = format + QStringLiteral(": ") + e.message;
+        return {};
+    }
+}
+
+} // namespace velmora::plist

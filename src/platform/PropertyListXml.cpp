@@ -1,0 +1,335 @@
+#include "platform/PropertyList.h"
+#include "platform/PropertyListPrivate.h"
+
+#include <QDateTime>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <charconv>
+#include <cstring>
+#include <limits>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace velmora {
+
+namespace {
+
+using plist::Malformed;
+
+bool isXmlSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+bool isBlank(std::string_view s) {
+    for (char c : s) {
+        if (!isXmlSpace(c))
+            return false;
+    }
+    return true;
+}
+
+std::string_view trimmed(std::string_view s) {
+    while (!s.empty() && isXmlSpace(s.front()))
+        s.remove_prefix(1);
+    while (!s.empty() && isXmlSpace(s.back()))
+        s.remove_suffix(1);
+    return s;
+}
+
+bool isCharacterData(const pugi::xml_node& node) {
+    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+}
+
+std::string_view valueOf(const pugi::xml_node& node) {
+    return node.value();
+}
+
+// An empty element is the empty string, never a null one: "" is a value.
+QString utf8(std::string_view s) {
+    if (s.empty())
+        return QStringLiteral("");
+    return QString::fromUtf8(s.data(), qsizetype(s.size()));
+}
+
+QString quoted(std::string_view s) {
+    constexpr qsizetype kShown = 40;
+    QString text = QString::fromUtf8(s.data(), qMin(qsizetype(s.size()), kShown));
+    if (qsizetype(s.size()) > kShown)
+        text += QStringLiteral("...");
+    return u'"' + text + u'"';
+}
+
+// Decimal digits at fixed places of a date, or -1 when one of them is not a digit.
+int digitsAt(std::string_view s, size_t pos, size_t count) {
+    int value = 0;
+    for (size_t i = pos; i < pos + count; ++i) {
+        if (s[i] < '0' || s[i] > '9')
+            return -1;
+        value = value * 10 + (s[i] - '0');
+    }
+    return value;
+}
+
+// Equal dictionary keys are read once and share one QString's data: a contacts file repeats
+// the same few keys in every entry.
+struct KeyHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+};
+
+class XmlReader {
+public:
+    explicit XmlReader(const PropertyList::Limits& limits)
+        : m_limits(limits) {}
+
+    QVariant read(const pugi::xml_document& doc) {
+        const pugi::xml_node root = documentElement(doc);
+        if (std::strcmp(root.name(), "plist") != 0)
+            return value(root, 1);
+        pugi::xml_node only;
+        for (const pugi::xml_node& child : root.children()) {
+            if (isCharacterData(child) && isBlank(valueOf(child)))
+                continue;
+            if (child.type() != pugi::node_element || only)
+                fail(child, QStringLiteral("<plist> must hold exactly one value"));
+            only = child;
+        }
+        if (!only)
+            fail(root, QStringLiteral("<plist> holds no value"));
+        return value(only, 1);
+    }
+
+private:
+    [[noreturn]] static void fail(const pugi::xml_node& node, const QString& what) {
+        throw Malformed{QStringLiteral("%1 at byte %2").arg(what).arg(node.offset_debug())};
+    }
+
+    static pugi::xml_node documentElement(const pugi::xml_document& doc) {
+        pugi::xml_node root;
+        for (const pugi::xml_node& child : doc.children()) {
+            if (isCharacterData(child) && isBlank(valueOf(child)))
+                continue;
+            if (child.type() != pugi::node_element || root)
+                fail(child, QStringLiteral("content after the root element"));
+            root = child;
+        }
+        if (!root)
+            throw Malformed{QStringLiteral("there is no root element")};
+        return root;
+    }
+
+    QVariant value(const pugi::xml_node& node, int depth) {
+        if (depth > m_limits.maxDepth)
+            fail(node, QStringLiteral("values nest deeper than %1 levels").arg(m_limits.maxDepth));
+        if (++m_objects > m_limits.maxObjects)
+            fail(node, QStringLiteral("more than %1 values").arg(m_limits.maxObjects));
+
+        const char* name = node.name();
+        if (std::strcmp(name, "string") == 0)
+            return string(node);
+        if (std::strcmp(name, "integer") == 0)
+            return integer(node);
+        if (std::strcmp(name, "dict") == 0)
+            return dict(node, depth);
+        if (std::strcmp(name, "array") == 0)
+            return array(node, depth);
+        if (std::strcmp(name, "real") == 0)
+            return real(node);
+        if (std::strcmp(name, "true") == 0 || std::strcmp(name, "false") == 0) {
+            if (!isBlank(text(node)))
+                fail(node, QStringLiteral("<%1/> has content").arg(QLatin1String(name)));
+            return name[0] == 't';
+        }
+        if (std::strcmp(name, "date") == 0)
+            return date(node);
+        if (std::strcmp(name, "data") == 0)
+            return data(node);
+        if (std::strcmp(name, "key") == 0)
+            fail(node, QStringLiteral("<key> outside a dictionary"));
+        fail(node, QStringLiteral("unknown element <%1>").arg(QString::fromUtf8(name)));
+    }
+
+    // The character data of a leaf element, comments and CDATA sections joined. Points into
+    // the document when there is one piece, as there nearly always is, so nothing is copied.
+    std::string_view text(const pugi::xml_node& node) {
+        const pugi::xml_node first = node.first_child();
+        if (!first)
+            return {};
+        if (!first.next_sibling() && isCharacterData(first))
+            return valueOf(first);
+        m_scratch.clear();
+        for (const pugi::xml_node& child : node.children()) {
+            if (!isCharacterData(child))
+                fail(child,
+                     QStringLiteral("an element inside <%1>").arg(QLatin1String(node.name())));
+            m_scratch += child.value();
+        }
+        return m_scratch;
+    }
+
+    QString string(const pugi::xml_node& node) { return utf8(text(node)); }
+
+    QString key(const pugi::xml_node& node) {
+        constexpr size_t kLongestShared = 64;
+        constexpr size_t kMostShared = 256;
+        const std::string_view s = text(node);
+        if (s.size() > kLongestShared)
+            return utf8(s);
+        if (const auto it = m_keys.find(s); it != m_keys.end())
+            return it->second;
+        QString k = utf8(s);
+        if (m_keys.size() < kMostShared)
+            m_keys.emplace(std::string(s), k);
+        return k;
+    }
+
+    QVariant integer(const pugi::xml_node& node) {
+        std::string_view s = trimmed(text(node));
+        const std::string_view whole = s;
+        bool negative = false;
+        if (!s.empty() && (s.front() == '+' || s.front() == '-')) {
+            negative = s.front() == '-';
+            s.remove_prefix(1);
+        }
+        int base = 10;
+        if (s.size() > 2 && s[0] == '0' && (s[1] == 'x' || s[1] == 'X')) {
+            base = 16;
+            s.remove_prefix(2);
+        }
+        quint64 magnitude = 0;
+        const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), magnitude, base);
+        if (s.empty() || ec != std::errc() || end != s.data() + s.size())
+            fail(node, QStringLiteral("%1 is not an integer").arg(quoted(whole)));
+        constexpr quint64 kMaxSigned = quint64(std::numeric_limits<qint64>::max());
+        if (!negative)
+            return magnitude <= kMaxSigned ? QVariant(qint64(magnitude)) : QVariant(magnitude);
+        if (magnitude > kMaxSigned + 1)
+            fail(node, QStringLiteral("%1 is below the 64-bit range").arg(quoted(whole)));
+        // Negating in unsigned arithmetic reaches the minimum without overflow.
+        return qint64(0 - magnitude);
+    }
+
+    QVariant real(const pugi::xml_node& node) {
+        std::string_view s = trimmed(text(node));
+        const std::string_view whole = s;
+        bool negative = false;
+        if (!s.empty() && (s.front() == '+' || s.front() == '-')) {
+            negative = s.front() == '-';
+            s.remove_prefix(1);
+        }
+        // from_chars reads "nan", "inf" and "infinity" in any case, never a sign or a space.
+        double d = 0;
+        const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), d);
+        if (s.empty() || s.front() == '+' || s.front() == '-' || ec != std::errc() ||
+            end != s.data() + s.size())
+            fail(node, QStringLiteral("%1 is not a real number").arg(quoted(whole)));
+        return negative ? -d : d;
+    }
+
+    QVariant date(const pugi::xml_node& node) {
+        // The one form writers use: "2024-03-01T09:30:00Z", always UTC.
+        const std::string_view s = trimmed(text(node));
+        if (s.size() == 20 && s[4] == '-' && s[7] == '-' && s[10] == 'T' && s[13] == ':' &&
+            s[16] == ':' && s[19] == 'Z') {
+            const QDate day(digitsAt(s, 0, 4), digitsAt(s, 5, 2), digitsAt(s, 8, 2));
+            const QTime time(digitsAt(s, 11, 2), digitsAt(s, 14, 2), digitsAt(s, 17, 2));
+            if (day.isValid() && time.isValid())
+                return QDateTime(day, time, Qt::UTC);
+        }
+        fail(node, QStringLiteral("%1 is not a date").arg(quoted(s)));
+    }
+
+    QVariant data(const pugi::xml_node& node) {
+        const std::string_view s = text(node);
+        QByteArray compact;
+        compact.reserve(qsizetype(s.size()));
+        for (char c : s) {
+            if (!isXmlSpace(c))
+                compact += c;
+        }
+        // Qt accepts a missing "=" padding but also a lone trailing character, which encodes
+        // no whole byte.
+        if (compact.size() % 4 == 1)
+            fail(node, QStringLiteral("truncated base64 data"));
+        auto decoded = QByteArray::fromBase64Encoding(std::move(compact),
+                                                      QByteArray::AbortOnBase64DecodingErrors);
+        if (!decoded)
+            fail(node, QStringLiteral("malformed base64 data"));
+        return QByteArray(decoded.decoded.isNull() ? QByteArray("") : decoded.decoded);
+    }
+
+    QVariant array(const pugi::xml_node& node, int depth) {
+        QVariantList list;
+        for (const pugi::xml_node& child : node.children()) {
+            if (!isElement(child))
+                continue;
+            list.append(value(child, depth + 1));
+        }
+        return list;
+    }
+
+    QVariant dict(const pugi::xml_node& node, int depth) {
+        QVariantMap map;
+        pugi::xml_node child = node.first_child();
+        while (child) {
+            if (!isElement(child)) {
+                child = child.next_sibling();
+                continue;
+            }
+            if (std::strcmp(child.name(), "key") != 0)
+                fail(child, QStringLiteral("<%1> where a <key> was expected")
+                                .arg(QString::fromUtf8(child.name())));
+            const QString k = key(child);
+            pugi::xml_node valueNode = child.next_sibling();
+            while (valueNode && !isElement(valueNode))
+                valueNode = valueNode.next_sibling();
+            if (!valueNode || std::strcmp(valueNode.name(), "key") == 0)
+                fail(child, QStringLiteral("the key %1 has no value").arg(k));
+            // Writers sort their keys, so the end is the right place nearly always; a later
+            // duplicate replaces the earlier value.
+            map.insert(map.cend(), k, value(valueNode, depth + 1));
+            child = valueNode.next_sibling();
+        }
+        return map;
+    }
+
+    // True for an element; skips blank text between elements and refuses any other text.
+    static bool isElement(const pugi::xml_node& node) {
+        if (node.type() == pugi::node_element)
+            return true;
+        if (isCharacterData(node) && !isBlank(valueOf(node)))
+            fail(node, QStringLiteral("text %1 inside <%2>")
+                           .arg(quoted(valueOf(node)), QLatin1String(node.parent().name())));
+        return false;
+    }
+
+    const PropertyList::Limits& m_limits;
+    qint64 m_objects = 0;
+    std::string m_scratch;
+    std::unordered_map<std::string, QString, KeyHash, std::equal_to<>> m_keys;
+};
+
+} // namespace
+
+QVariant PropertyList::fromXml(const QByteArray& data, QString* error, const Limits& limits) {
+    return plist::guarded(QStringLiteral("XML property list"), error, [&] {
+        plist::checkInputSize(data.size(), limits);
+        // pugixml never reads a DTD: the five predefined entities and character references are
+        // all it expands, and a document type declaration is skipped. A whitespace-only
+        // <string> keeps its spaces.
+        constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single;
+        pugi::xml_document doc;
+        const pugi::xml_parse_result parsed =
+            doc.load_buffer(data.constData(), size_t(data.size()), kOptions, pugi::encoding_auto);
+        if (!parsed)
+            throw Malformed{QStringLiteral("%1 at byte %2")
+                                .arg(QString::fromUtf8(parsed.description()))
+                                .arg(parsed.offset)};
+        return XmlReader(limits).read(doc);
+    });
+}
+
+} // namespace velmora
