@@ -1,7 +1,7 @@
 #include "PlistTestSupport.h"
+#include "TestSupport.h"
 #include "platform/Log.h"
 #include "platform/PropertyList.h"
-#include "support/TestSupport.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>
