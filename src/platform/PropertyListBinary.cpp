@@ -82,6 +82,9 @@ private:
                     .arg(m_objectCount)
                     .arg(m_limits.maxObjects));
         m_slot.assign(size_t(m_objectCount), 0);
+        // Files rarely declare objects they do not use; pages of a reservation that is never
+        // filled are never touched.
+        m_done.reserve(size_t(m_objectCount));
     }
 
     // The object at ref, at the given nesting depth; height receives how many levels it spans.

@@ -89,6 +89,7 @@ public:
         const pugi::xml_node root = documentElement(doc);
         if (std::strcmp(root.name(), "plist") != 0)
             return value(root, 1);
+        refuseText(root);
         pugi::xml_node only;
         for (const pugi::xml_node& child : root.children()) {
             if (isCharacterData(child) && isBlank(valueOf(child)))
@@ -152,15 +153,14 @@ private:
         fail(node, QStringLiteral("unknown element <%1>").arg(QString::fromUtf8(name)));
     }
 
-    // The character data of a leaf element, comments and CDATA sections joined. Points into
-    // the document when there is one piece, as there nearly always is, so nothing is copied.
+    // The character data of a leaf element, comments and CDATA sections joined. The first
+    // piece is the element's own value (parse_embed_pcdata); only text split by a comment or a
+    // CDATA section has more, as children. One piece, as nearly always, is not copied.
     std::string_view text(const pugi::xml_node& node) {
-        const pugi::xml_node first = node.first_child();
-        if (!first)
-            return {};
-        if (!first.next_sibling() && isCharacterData(first))
-            return valueOf(first);
-        m_scratch.clear();
+        const std::string_view first = valueOf(node);
+        if (!node.first_child())
+            return first;
+        m_scratch.assign(first);
         for (const pugi::xml_node& child : node.children()) {
             if (!isCharacterData(child))
                 fail(child,
@@ -262,6 +262,7 @@ private:
     }
 
     QVariant array(const pugi::xml_node& node, int depth) {
+        refuseText(node);
         QVariantList list;
         for (const pugi::xml_node& child : node.children()) {
             if (!isElement(child))
@@ -272,6 +273,7 @@ private:
     }
 
     QVariant dict(const pugi::xml_node& node, int depth) {
+        refuseText(node);
         QVariantMap map;
         pugi::xml_node child = node.first_child();
         while (child) {
@@ -294,6 +296,13 @@ private:
             child = valueNode.next_sibling();
         }
         return map;
+    }
+
+    // A container's own text, which comes before its first element, must be blank.
+    static void refuseText(const pugi::xml_node& node) {
+        if (!isBlank(valueOf(node)))
+            fail(node, QStringLiteral("text %1 inside <%2>")
+                           .arg(quoted(valueOf(node)), QLatin1String(node.name())));
     }
 
     // True for an element; skips blank text between elements and refuses any other text.
@@ -320,7 +329,9 @@ QVariant PropertyList::fromXml(const QByteArray& data, QString* error, const Lim
         // pugixml never reads a DTD: the five predefined entities and character references are
         // all it expands, and a document type declaration is skipped. A whitespace-only
         // <string> keeps its spaces.
-        constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single;
+        // Embedding an element's text as its value halves the nodes of a typical file.
+        constexpr unsigned kOptions =
+            pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
         pugi::xml_document doc;
         const pugi::xml_parse_result parsed =
             doc.load_buffer(data.constData(), size_t(data.size()), kOptions, pugi::encoding_auto);

@@ -19,38 +19,35 @@ QString mismatch(const QVariant& actual, const QVariant& expected, const QString
     if (actual.typeId() != type)
         return path + QStringLiteral(": ") + show(actual) + QStringLiteral(" is not ") +
                show(expected);
-    if (type == QMetaType::QVariantList) {
-        const QVariantList a = actual.toList();
-        const QVariantList e = expected.toList();
-        if (a.size() != e.size())
-            return path + QStringLiteral(": %1 items, expected %2").arg(a.size()).arg(e.size());
-        for (qsizetype i = 0; i < a.size(); ++i) {
-            const QString m = mismatch(a[i], e[i], path + QStringLiteral("[%1]").arg(i));
-            if (!m.isEmpty())
-                return m;
+    if (type == QMetaType::QVariantList || type == QMetaType::QVariantMap) {
+        // A list is compared as a map from indexes, so one loop serves both.
+        QVariantMap a = actual.toMap(), e = expected.toMap();
+        if (type == QMetaType::QVariantList) {
+            a.clear();
+            e.clear();
+            for (const QVariant& item : actual.toList())
+                a.insert(QStringLiteral("[%1]").arg(a.size(), 6, 10, QLatin1Char('0')), item);
+            for (const QVariant& item : expected.toList())
+                e.insert(QStringLiteral("[%1]").arg(e.size(), 6, 10, QLatin1Char('0')), item);
         }
-        return {};
-    }
-    if (type == QMetaType::QVariantMap) {
-        const QVariantMap a = actual.toMap();
-        const QVariantMap e = expected.toMap();
         if (a.keys() != e.keys())
             return path + QStringLiteral(": keys ") + a.keys().join(u',') +
-                   QStringLiteral(", expected ") + e.keys().join(u',');
+                   QStringLiteral(" not ") + e.keys().join(u',');
         for (auto it = e.cbegin(); it != e.cend(); ++it) {
-            const QString m = mismatch(a.value(it.key()), it.value(), path + u'.' + it.key());
+            const QString m = mismatch(a.value(it.key()), it.value(), path + u'/' + it.key());
             if (!m.isEmpty())
                 return m;
         }
         return {};
     }
-    if (type == QMetaType::Double && std::isnan(expected.toDouble()))
-        return std::isnan(actual.toDouble()) ? QString() : path + QStringLiteral(": not NaN");
+    if (type == QMetaType::Double && std::isnan(expected.toDouble()) &&
+        std::isnan(actual.toDouble()))
+        return {};
     if (type == QMetaType::QString && actual.toString().isNull() != expected.toString().isNull())
         return path + QStringLiteral(": null and empty strings differ");
-    return actual == expected ? QString()
-                              : path + QStringLiteral(": ") + show(actual) +
-                                    QStringLiteral(" != ") + show(expected);
+    if (actual != expected)
+        return path + QStringLiteral(": ") + show(actual) + QStringLiteral(" != ") + show(expected);
+    return {};
 }
 
 } // namespace
@@ -62,71 +59,72 @@ QString mismatch(const QVariant& actual, const QVariant& expected, const QString
     return ::testing::AssertionFailure() << m.toStdString();
 }
 
-int BinaryPlist::add(const QByteArray& object) {
-    m_objects.push_back(object);
-    return int(m_objects.size()) - 1;
+namespace bplist {
+
+QByteArray bytes(std::initializer_list<int> values) {
+    QByteArray b;
+    for (int v : values)
+        b += char(v);
+    return b;
 }
 
-QByteArray BinaryPlist::build(const Trailer& trailer) const {
-    QByteArray file("bplist00");
-    std::vector<quint64> offsets;
-    for (const QByteArray& object : m_objects) {
-        offsets.push_back(quint64(file.size()));
-        file += object;
-    }
-    const quint64 tableOffset = quint64(file.size());
-    for (quint64 offset : offsets)
-        file += bigEndian(offset, trailer.offsetSize);
-    file += QByteArray(6, '\0');
-    file += char(trailer.offsetSize);
-    file += char(trailer.refSize);
-    file += bigEndian(trailer.objectCount.value_or(m_objects.size()), 8);
-    file += bigEndian(trailer.topObject, 8);
-    file += bigEndian(trailer.tableOffset.value_or(tableOffset), 8);
-    return file;
-}
-
-QByteArray BinaryPlist::bigEndian(quint64 value, int size) {
-    QByteArray bytes(size, '\0');
+QByteArray bigEndian(quint64 value, int size) {
+    QByteArray b(size, '\0');
     for (int i = size - 1; i >= 0; --i, value >>= 8)
-        bytes[i] = char(value & 0xFF);
-    return bytes;
+        b[i] = char(value & 0xFF);
+    return b;
 }
 
-QByteArray BinaryPlist::head(int type, quint64 count) {
+QByteArray head(int type, quint64 count) {
     if (count < 15)
-        return QByteArray(1, char(type << 4 | int(count)));
-    return QByteArray(1, char(type << 4 | 0xF)) + '\x13' + bigEndian(count, 8);
+        return bytes({type << 4 | int(count)});
+    return bytes({type << 4 | 0xF, 0x13}) + bigEndian(count, 8);
 }
 
-QByteArray BinaryPlist::utf16(const QString& text) {
+QByteArray integer(qint64 value) {
+    return '\x13' + bigEndian(quint64(value), 8);
+}
+
+QByteArray ascii(const QByteArray& text) {
+    return head(0x5, quint64(text.size())) + text;
+}
+
+QByteArray utf16(const QString& text) {
     QByteArray units(text.size() * 2, '\0');
     qToBigEndian<char16_t>(text.utf16(), text.size(), units.data());
-    return head(0x6, text.size()) + units;
+    return head(0x6, quint64(text.size())) + units;
 }
 
-QByteArray BinaryPlist::real(double value) {
+QByteArray real(double value) {
     return '\x23' + bigEndian(std::bit_cast<quint64>(value), 8);
 }
 
-QByteArray BinaryPlist::date(double secondsSince2001) {
+QByteArray date(double secondsSince2001) {
     return '\x33' + bigEndian(std::bit_cast<quint64>(secondsSince2001), 8);
 }
 
-QByteArray BinaryPlist::array(std::initializer_list<int> refs, int type) {
-    QByteArray bytes = head(type, refs.size());
-    for (int ref : refs)
-        bytes += char(ref);
-    return bytes;
+QByteArray array(std::initializer_list<int> refs, int type) {
+    return head(type, refs.size()) + bytes(refs);
 }
 
-QByteArray BinaryPlist::dict(std::initializer_list<int> keys, std::initializer_list<int> values) {
-    QByteArray bytes = head(0xD, keys.size());
-    for (int ref : keys)
-        bytes += char(ref);
-    for (int ref : values)
-        bytes += char(ref);
-    return bytes;
+QByteArray dict(std::initializer_list<int> keys, std::initializer_list<int> values) {
+    return head(0xD, keys.size()) + bytes(keys) + bytes(values);
 }
 
+QByteArray file(const std::vector<QByteArray>& objects, const Trailer& trailer) {
+    QByteArray f("bplist00");
+    QByteArray table;
+    for (const QByteArray& object : objects) {
+        table += bigEndian(quint64(f.size()), trailer.offsetSize);
+        f += object;
+    }
+    const quint64 tableOffset = quint64(f.size());
+    f += table + QByteArray(6, '\0') + bytes({trailer.offsetSize, trailer.refSize});
+    f += bigEndian(trailer.objectCount.value_or(objects.size()), 8);
+    f += bigEndian(trailer.topObject, 8);
+    f += bigEndian(trailer.tableOffset.value_or(tableOffset), 8);
+    return f;
+}
+
+} // namespace bplist
 } // namespace velmora::test

@@ -11,45 +11,36 @@
 
 namespace velmora::test {
 
-// Equal values of the same kinds: QVariant's own == would take 5 (qint64) for 5u (quint64) and
-// never takes NaN for NaN. On a mismatch the message names the path to it.
+// Equal values of the same kinds: QVariant's own == would take 5 (qint64) for 5u (quint64), a
+// null string for an empty one, and never NaN for NaN. A mismatch names its path.
 ::testing::AssertionResult sameValue(const QVariant& actual, const QVariant& expected);
 
-// Builds "bplist00" files object by object, so that tests can state exact bytes, including
-// the wrong ones.
-class BinaryPlist {
-public:
-    // Appends an object given as its encoded bytes; returns its reference.
-    int add(const QByteArray& object);
+// Encoded "bplist00" objects, so that tests state exact bytes, the wrong ones included.
+// References are one byte.
+namespace bplist {
 
-    struct Trailer {
-        int offsetSize = 2;
-        int refSize = 1;
-        std::optional<quint64> objectCount;
-        quint64 topObject = 0;
-        std::optional<quint64> tableOffset;
-    };
-    QByteArray build(const Trailer& trailer) const;
-    QByteArray build(int top = 0) const {
-        Trailer t;
-        t.topObject = quint64(top);
-        return build(t);
-    }
+QByteArray bytes(std::initializer_list<int> values);
+QByteArray bigEndian(quint64 value, int size);
+// A marker with its count: in the low nibble, or as an integer object after 0xF.
+QByteArray head(int type, quint64 count);
+QByteArray integer(qint64 value);
+QByteArray ascii(const QByteArray& text);
+QByteArray utf16(const QString& text);
+QByteArray real(double value);
+QByteArray date(double secondsSince2001);
+QByteArray array(std::initializer_list<int> refs, int type = 0xA);
+QByteArray dict(std::initializer_list<int> keys, std::initializer_list<int> values);
 
-    // Encoded objects.
-    static QByteArray bigEndian(quint64 value, int size);
-    // A marker with its count: in the low nibble, or as an integer object after 0xF.
-    static QByteArray head(int type, quint64 count);
-    static QByteArray integer(qint64 value) { return '\x13' + bigEndian(quint64(value), 8); }
-    static QByteArray ascii(const QByteArray& text) { return head(0x5, text.size()) + text; }
-    static QByteArray utf16(const QString& text);
-    static QByteArray real(double value);
-    static QByteArray date(double secondsSince2001);
-    static QByteArray array(std::initializer_list<int> refs, int type = 0xA);
-    static QByteArray dict(std::initializer_list<int> keys, std::initializer_list<int> values);
-
-private:
-    std::vector<QByteArray> m_objects;
+struct Trailer {
+    int offsetSize = 2;
+    int refSize = 1;
+    std::optional<quint64> objectCount; // the number of objects given when unset
+    quint64 topObject = 0;
+    std::optional<quint64> tableOffset; // where the table really is when unset
 };
 
+// The file: header, objects in order, offset table and trailer.
+QByteArray file(const std::vector<QByteArray>& objects, const Trailer& trailer = {});
+
+} // namespace bplist
 } // namespace velmora::test

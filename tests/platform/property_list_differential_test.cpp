@@ -1,8 +1,8 @@
 // Our reader against libplist on files that Python's plistlib writes, in both formats.
 
 #include "PlistTestSupport.h"
+#include "TestSupport.h"
 #include "platform/PropertyList.h"
-#include "support/TestSupport.h"
 
 #include <QDateTime>
 #include <QDir>

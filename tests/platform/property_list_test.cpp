@@ -1,7 +1,7 @@
 #include "PlistTestSupport.h"
+#include "TestSupport.h"
 #include "platform/Log.h"
 #include "platform/PropertyList.h"
-#include "support/TestSupport.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>
@@ -11,24 +11,12 @@
 #include <limits>
 
 using velmora::PropertyList;
-using velmora::test::BinaryPlist;
 using velmora::test::sameValue;
+using namespace velmora::test::bplist;
 
 namespace {
 
 using Limits = PropertyList::Limits;
-
-Limits limit(qint64 Limits::*field, qint64 value) {
-    Limits limits;
-    limits.*field = value;
-    return limits;
-}
-
-Limits depthLimit(int depth) {
-    Limits limits;
-    limits.maxDepth = depth;
-    return limits;
-}
 
 QByteArray xmlPlist(const QByteArray& body) {
     return R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -41,19 +29,26 @@ QDateTime utc(int y, int mo, int d, int h, int mi, int s, int ms = 0) {
     return QDateTime(QDate(y, mo, d), QTime(h, mi, s, ms), Qt::UTC);
 }
 
-QVariant big(quint64 v) {
-    return QVariant(v);
-}
-
 QVariant i64(qint64 v) {
     return QVariant(v);
 }
 
-// ---- Every kind of value, in each format ----
+QVariant u64(quint64 v) {
+    return QVariant(v);
+}
+
+Limits withLimit(auto Limits::*field, qint64 value) {
+    Limits limits;
+    limits.*field = static_cast<std::remove_reference_t<decltype(limits.*field)>>(value);
+    return limits;
+}
+
+// ---- Every kind of value: one table for both formats ----
 
 struct ValueRow {
     const char* name;
-    QByteArray input; // an XML body, or one encoded binary object
+    QByteArray xml;                 // the body of a <plist>; empty when the row is binary only
+    std::vector<QByteArray> binary; // objects, the first is the root; none when XML only
     QVariant expected;
 };
 
@@ -61,171 +56,137 @@ void PrintTo(const ValueRow& row, std::ostream* os) {
     *os << row.name;
 }
 
-std::string rowName(const ::testing::TestParamInfo<ValueRow>& info) {
-    return info.param.name;
-}
+class Values : public ::testing::TestWithParam<ValueRow> {};
 
-class XmlValue : public ::testing::TestWithParam<ValueRow> {};
-
-TEST_P(XmlValue, ReadsAsExpected) {
+TEST_P(Values, ReadTheSameInBothFormats) {
+    const ValueRow& row = GetParam();
     QString error;
-    const QVariant value = PropertyList::fromXml(xmlPlist(GetParam().input), &error);
-    EXPECT_TRUE(error.isEmpty()) << error.toStdString();
-    EXPECT_TRUE(sameValue(value, GetParam().expected));
+    if (!row.xml.isEmpty()) {
+        EXPECT_TRUE(sameValue(PropertyList::fromXml(xmlPlist(row.xml), &error), row.expected))
+            << "XML";
+        EXPECT_TRUE(error.isEmpty()) << error.toStdString();
+    }
+    if (!row.binary.empty()) {
+        EXPECT_TRUE(sameValue(PropertyList::fromBinary(file(row.binary), &error), row.expected))
+            << "binary";
+        EXPECT_TRUE(error.isEmpty()) << error.toStdString();
+    }
 }
 
-const QString kNonBmp = QStringLiteral("Zo\u00eb \u65e5\u672c \U0001D11E \U0001F600");
+const QString kUnicode = QStringLiteral("Zo\u00eb \u65e5\u672c \U0001D11E \U0001F600");
+constexpr qint64 kMin = std::numeric_limits<qint64>::min();
+constexpr qint64 kMax = std::numeric_limits<qint64>::max();
 
 INSTANTIATE_TEST_SUITE_P(
-    PropertyList, XmlValue,
+    PropertyList, Values,
     ::testing::Values(
-        ValueRow{"string", "<string>hello</string>", QStringLiteral("hello")},
-        ValueRow{"string_empty_element", "<string/>", QStringLiteral("")},
-        ValueRow{"string_empty_pair", "<string></string>", QStringLiteral("")},
-        ValueRow{"string_blank", "<string>  \n</string>", QStringLiteral("  \n")},
-        ValueRow{"string_unicode", kNonBmp.toUtf8().prepend("<string>").append("</string>"),
-                 kNonBmp},
-        ValueRow{"string_references", "<string>&lt;a&gt; &amp; &#x1F600;&#233;</string>",
-                 QStringLiteral("<a> & \U0001F600\u00e9")},
-        ValueRow{"string_cdata_and_comment", "<string>a<![CDATA[<b>]]><!-- c -->d</string>",
-                 QStringLiteral("a<b>d")},
-        ValueRow{"integer", "<integer>42</integer>", i64(42)},
-        ValueRow{"integer_signs",
-                 "<array><integer>-42</integer><integer>+7</integer>"
-                 "<integer> -0 </integer></array>",
-                 QVariantList{i64(-42), i64(7), i64(0)}},
-        ValueRow{"integer_hex", "<array><integer>0x1F</integer><integer>-0X10</integer></array>",
-                 QVariantList{i64(31), i64(-16)}},
-        ValueRow{"integer_limits",
-                 "<array><integer>9223372036854775807</integer>"
-                 "<integer>-9223372036854775808</integer><integer>9223372036854775808</integer>"
-                 "<integer>18446744073709551615</integer></array>",
-                 QVariantList{i64(std::numeric_limits<qint64>::max()),
-                              i64(std::numeric_limits<qint64>::min()), big(quint64(1) << 63),
-                              big(std::numeric_limits<quint64>::max())}},
-        ValueRow{"real", "<array><real>1.5</real><real>-2.5e-3</real><real>.5</real></array>",
-                 QVariantList{1.5, -0.0025, 0.5}},
-        ValueRow{"real_special",
-                 "<array><real>nan</real><real>INF</real><real>+infinity</real><real>-inf</real>"
-                 "</array>",
-                 QVariantList{std::nan(""), HUGE_VAL, HUGE_VAL, -HUGE_VAL}},
-        ValueRow{"booleans", "<array><true/><false/><true></true></array>",
-                 QVariantList{true, false, true}},
-        ValueRow{"date", "<date>2024-02-29T23:59:58Z</date>", utc(2024, 2, 29, 23, 59, 58)},
-        ValueRow{"data_with_line_breaks", "<data>\n\tSGVs\n\tbG8=\n</data>", QByteArray("Hello")},
-        ValueRow{"data_empty", "<data></data>", QByteArray("")},
-        ValueRow{"dictionary",
-                 "<dict><key>b</key><integer>2</integer><key>a</key><string>x</string>"
-                 "<key></key><dict/></dict>",
-                 QVariantMap{{"a", "x"}, {"b", i64(2)}, {"", QVariantMap{}}}},
-        ValueRow{"duplicate_key_later_wins",
-                 "<dict><key>k</key><integer>1</integer><key>k</key><integer>2</integer></dict>",
-                 QVariantMap{{"k", i64(2)}}},
-        ValueRow{"nested",
-                 "<array><dict><key>list</key><array><array/><string/></array></dict></array>",
-                 QVariantList{QVariantMap{{"list", QVariantList{QVariantList{}, QString("")}}}}},
-        ValueRow{"undeclared_entity_stays_literal", "<string>&lol9;</string>",
-                 QStringLiteral("&lol9;")}),
-    rowName);
-
-class BinaryValue : public ::testing::TestWithParam<ValueRow> {};
-
-TEST_P(BinaryValue, ReadsAsExpected) {
-    BinaryPlist file;
-    file.add(GetParam().input);
-    QString error;
-    const QVariant value = PropertyList::fromBinary(file.build(), &error);
-    EXPECT_TRUE(error.isEmpty()) << error.toStdString();
-    EXPECT_TRUE(sameValue(value, GetParam().expected));
-}
-
-QByteArray bytes(std::initializer_list<int> values) {
-    QByteArray b;
-    for (int v : values)
-        b += char(v);
-    return b;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    PropertyList, BinaryValue,
-    ::testing::Values(
-        ValueRow{"false", bytes({0x08}), false}, ValueRow{"true", bytes({0x09}), true},
-        ValueRow{"int_1_byte_is_unsigned", bytes({0x10, 0xFF}), i64(255)},
-        ValueRow{"int_2_bytes", bytes({0x11, 0xFF, 0xFE}), i64(65534)},
-        ValueRow{"int_4_bytes_is_unsigned", bytes({0x12, 0xFF, 0xFF, 0xFF, 0xFF}), i64(4294967295)},
-        ValueRow{"int_8_bytes_is_signed", BinaryPlist::integer(-3), i64(-3)},
-        ValueRow{"int_16_bytes_above_signed",
-                 bytes({0x14}) + QByteArray(8, 0) + QByteArray(8, '\xFF'),
-                 big(std::numeric_limits<quint64>::max())},
-        ValueRow{"int_16_bytes_small", bytes({0x14}) + QByteArray(15, 0) + '\x05', i64(5)},
-        ValueRow{"int_16_bytes_negative", bytes({0x14}) + QByteArray(15, '\xFF') + '\xFE', i64(-2)},
-        ValueRow{"float", bytes({0x22, 0x3F, 0xC0, 0, 0}), 1.5},
-        ValueRow{"double", BinaryPlist::real(-0.1), -0.1},
-        ValueRow{"date_epoch", BinaryPlist::date(0), utc(2001, 1, 1, 0, 0, 0)},
-        ValueRow{"date_milliseconds", BinaryPlist::date(-1.25), utc(2000, 12, 31, 23, 59, 58, 750)},
-        ValueRow{"data", bytes({0x43, 0, 1, 0xFF}), QByteArray("\x00\x01\xFF", 3)},
-        ValueRow{"data_empty", bytes({0x40}), QByteArray("")},
-        ValueRow{"ascii", BinaryPlist::ascii("plain"), QStringLiteral("plain")},
-        ValueRow{"ascii_empty", bytes({0x50}), QStringLiteral("")},
-        ValueRow{"ascii_long_count", BinaryPlist::ascii(QByteArray(300, 'x')), QString(300, u'x')},
-        ValueRow{"utf16_non_bmp", BinaryPlist::utf16(kNonBmp), kNonBmp},
-        ValueRow{"utf16_lone_surrogate", bytes({0x62, 0xD8, 0x3D, 0x00, 0x41}),
+        ValueRow{"string", "<string>hello</string>", {ascii("hello")}, QStringLiteral("hello")},
+        ValueRow{"string_empty",
+                 "<array><string/><string></string></array>",
+                 {array({1, 1}), bytes({0x50})},
+                 QVariantList{QStringLiteral(""), QStringLiteral("")}},
+        ValueRow{"string_blank", "<string> \n</string>", {}, QStringLiteral(" \n")},
+        ValueRow{"string_unicode",
+                 "<string>" + kUnicode.toUtf8() + "</string>",
+                 {utf16(kUnicode)},
+                 kUnicode},
+        ValueRow{"string_references_cdata_comment",
+                 "<string>&lt;a&gt;&amp;&#x1F600;&#233;<![CDATA[<b>]]><!-- c -->d</string>",
+                 {},
+                 QStringLiteral("<a>&\U0001F600\u00e9<b>d")},
+        ValueRow{"string_undeclared_entity_stays_literal",
+                 "<string>&lol9;</string>",
+                 {},
+                 QStringLiteral("&lol9;")},
+        ValueRow{"string_lone_surrogate",
+                 {},
+                 {bytes({0x62, 0xD8, 0x3D, 0, 'A'})},
                  QString(QChar(0xD83D)) + u'A'},
-        ValueRow{"uid", bytes({0x81, 0x01, 0x02}), QVariantMap{{"CF$UID", i64(258)}}},
-        ValueRow{"uid_8_bytes", bytes({0x87, 0, 0, 1, 0, 0, 0, 0, 0}),
+        ValueRow{"string_long_count", {}, {ascii(QByteArray(300, 'x'))}, QString(300, u'x')},
+        ValueRow{"integer", "<integer>42</integer>", {bytes({0x10, 42})}, i64(42)},
+        ValueRow{"integer_signs_and_hex",
+                 "<array><integer>-42</integer><integer>+7</integer><integer> -0 </integer>"
+                 "<integer>0x1F</integer><integer>-0X10</integer></array>",
+                 {},
+                 QVariantList{i64(-42), i64(7), i64(0), i64(31), i64(-16)}},
+        ValueRow{
+            "integer_limits",
+            "<array><integer>9223372036854775807</integer><integer>-9223372036854775808</integer>"
+            "<integer>9223372036854775808</integer><integer>18446744073709551615</integer></array>",
+            {array({1, 2, 3, 4}), integer(kMax), integer(kMin),
+             bytes({0x14}) + bigEndian(0, 8) + bigEndian(quint64(1) << 63, 8),
+             bytes({0x14}) + bigEndian(0, 8) + QByteArray(8, '\xFF')},
+            QVariantList{i64(kMax), i64(kMin), u64(quint64(1) << 63), u64(~quint64(0))}},
+        // Integers of 1, 2 and 4 bytes are unsigned, of 8 signed; 16 bytes are signed 128-bit.
+        ValueRow{"integer_widths",
+                 {},
+                 {array({1, 2, 3, 4, 5}), bytes({0x10, 0xFF}), bytes({0x11, 0xFF, 0xFE}),
+                  bytes({0x12, 0xFF, 0xFF, 0xFF, 0xFF}), bytes({0x14}) + bigEndian(5, 16),
+                  bytes({0x14}) + QByteArray(15, '\xFF') + '\xFE'},
+                 QVariantList{i64(255), i64(65534), i64(4294967295), i64(5), i64(-2)}},
+        ValueRow{"reals",
+                 "<array><real>1.5</real><real>-2.5e-3</real><real>.5</real></array>",
+                 {array({1, 2, 3}), bytes({0x22, 0x3F, 0xC0, 0, 0}), real(-0.0025), real(0.5)},
+                 QVariantList{1.5, -0.0025, 0.5}},
+        ValueRow{"reals_not_finite",
+                 "<array><real>nan</real><real>INF</real><real>+infinity</real><real>-inf</real></"
+                 "array>",
+                 {array({1, 2, 2, 3}), real(std::nan("")), real(HUGE_VAL), real(-HUGE_VAL)},
+                 QVariantList{std::nan(""), HUGE_VAL, HUGE_VAL, -HUGE_VAL}},
+        ValueRow{"booleans",
+                 "<array><true/><false/><true></true></array>",
+                 {array({1, 2, 1}), bytes({0x09}), bytes({0x08})},
+                 QVariantList{true, false, true}},
+        ValueRow{"date",
+                 "<date>2024-02-29T23:59:58Z</date>",
+                 {date(730943998)},
+                 utc(2024, 2, 29, 23, 59, 58)},
+        ValueRow{
+            "date_milliseconds_before_2001", {}, {date(-1.25)}, utc(2000, 12, 31, 23, 59, 58, 750)},
+        ValueRow{"data",
+                 "<data>\n\tSGVs\n\tbG8=\n</data>",
+                 {bytes({0x45}) + "Hello"},
+                 QByteArray("Hello")},
+        ValueRow{"data_empty", "<data></data>", {bytes({0x40})}, QByteArray("")},
+        ValueRow{"uid",
+                 "<dict><key>CF$UID</key><integer>258</integer></dict>",
+                 {bytes({0x81, 0x01, 0x02})},
+                 QVariantMap{{"CF$UID", i64(258)}}},
+        ValueRow{"uid_8_bytes",
+                 {},
+                 {bytes({0x87, 0, 0, 1, 0, 0, 0, 0, 0})},
                  QVariantMap{{"CF$UID", i64(qint64(1) << 40)}}},
-        ValueRow{"empty_array", bytes({0xA0}), QVariantList{}},
-        ValueRow{"empty_dict", bytes({0xD0}), QVariantMap{}}),
-    rowName);
+        ValueRow{"dictionary_later_duplicate_wins",
+                 "<dict><key>k</key><integer>1</integer><key></key><dict/><key>k</key><integer>2</"
+                 "integer></dict>",
+                 {dict({1, 2, 1}, {3, 4, 5}), ascii("k"), ascii(""), integer(1), dict({}, {}),
+                  integer(2)},
+                 QVariantMap{{"k", i64(2)}, {"", QVariantMap{}}}},
+        ValueRow{
+            "nested_and_sets",
+            "<array><dict><key>list</key><array><array/><string/></array></dict></array>",
+            {array({1}), dict({2}, {3}), ascii("list"), array({4, 5}, 0xC), array({}), ascii("")},
+            QVariantList{QVariantMap{{"list", QVariantList{QVariantList{}, QStringLiteral("")}}}}}),
+    [](const auto& info) { return std::string(info.param.name); });
 
-// ---- Structure ----
-
-TEST(PropertyListBinary, ReadsNestedContainersAndSets) {
-    BinaryPlist f;
-    const int root = f.add(BinaryPlist::dict({1, 2, 3}, {4, 5, 2}));
-    f.add(BinaryPlist::ascii("list"));
-    f.add(BinaryPlist::utf16(QStringLiteral("k\u00e9")));
-    f.add(BinaryPlist::ascii("set"));
-    f.add(BinaryPlist::array({6, 7}));
-    f.add(BinaryPlist::array({7}, 0xC));
-    f.add(BinaryPlist::dict({}, {}));
-    f.add(BinaryPlist::integer(9));
-    const QVariantMap expected{{"list", QVariantList{QVariantMap{}, i64(9)}},
-                               {QStringLiteral("k\u00e9"), QVariantList{i64(9)}},
-                               {"set", QStringLiteral("k\u00e9")}};
-    EXPECT_TRUE(sameValue(PropertyList::fromBinary(f.build(root)), expected));
-}
-
-TEST(PropertyListBinary, LaterDuplicateKeyWins) {
-    BinaryPlist f;
-    f.add(BinaryPlist::dict({1, 1}, {2, 3}));
-    f.add(BinaryPlist::ascii("k"));
-    f.add(BinaryPlist::integer(1));
-    f.add(BinaryPlist::integer(2));
-    EXPECT_TRUE(sameValue(PropertyList::fromBinary(f.build()), QVariantMap{{"k", i64(2)}}));
-}
-
-TEST(PropertyList, FromDataPicksTheFormatAndNullIsNotEmpty) {
-    BinaryPlist f;
-    f.add(BinaryPlist::ascii(""));
-    const QVariant binary = PropertyList::fromData(f.build());
-    EXPECT_TRUE(sameValue(binary, QStringLiteral("")));
-    EXPECT_FALSE(binary.toString().isNull());
-    const QVariant xml = PropertyList::fromData("\xEF\xBB\xBF  <array><string/></array>");
-    EXPECT_TRUE(sameValue(xml, QVariantList{QStringLiteral("")}));
+TEST(PropertyList, FromDataPicksTheFormatAndReportsOnlyFailures) {
+    EXPECT_TRUE(sameValue(PropertyList::fromData(file({ascii("b")})), QStringLiteral("b")));
+    // A bare value is a root too, after a byte order mark and white space.
+    EXPECT_TRUE(sameValue(PropertyList::fromData("\xEF\xBB\xBF <array><true/></array>"),
+                          QVariantList{true}));
     QString error = QStringLiteral("stale");
-    EXPECT_TRUE(PropertyList::fromData("bplist00", &error).isNull());
+    EXPECT_FALSE(PropertyList::fromData("bplist00", &error).isValid());
     EXPECT_FALSE(error.isEmpty());
     EXPECT_TRUE(PropertyList::fromData("<array/>", &error).isValid());
     EXPECT_TRUE(error.isEmpty()) << "success clears the error";
 }
 
-// ---- Malformed input ----
+// ---- Malformed input: a null result and a reason ----
 
 struct BadRow {
     const char* name;
     std::function<QByteArray()> input;
-    const char* mentions; // a fragment the error text must contain
+    const char* mentions; // a fragment the reason must contain
 };
 
 void PrintTo(const BadRow& row, std::ostream* os) {
@@ -240,40 +201,28 @@ TEST_P(Malformed, GivesNullAndSaysWhy) {
     EXPECT_TRUE(error.contains(QLatin1String(GetParam().mentions))) << error.toStdString();
 }
 
-BadRow xmlBad(const char* name, const char* body, const char* mentions) {
-    return {name, [body] { return xmlPlist(body); }, mentions};
+BadRow raw(const char* name, const QByteArray& data, const char* mentions) {
+    return {name, [data] { return data; }, mentions};
 }
 
-QByteArray binaryFile(std::initializer_list<QByteArray> objects, BinaryPlist::Trailer t = {}) {
-    BinaryPlist f;
-    for (const QByteArray& object : objects)
-        f.add(object);
-    return f.build(t);
+BadRow xml(const char* name, const char* body, const char* mentions) {
+    return raw(name, xmlPlist(body), mentions);
 }
 
-// A trailer change applied to a well-formed file: an array holding a string.
-BadRow trailerBad(const char* name, std::function<void(BinaryPlist::Trailer&)> change,
-                  const char* mentions) {
-    return {name,
-            [change] {
-                BinaryPlist::Trailer t;
-                change(t);
-                return binaryFile({BinaryPlist::array({1}), BinaryPlist::ascii("x")}, t);
-            },
-            mentions};
+BadRow objects(const char* name, std::vector<QByteArray> objects, const char* mentions) {
+    return raw(name, file(objects), mentions);
 }
 
-BadRow objectsBad(const char* name, std::initializer_list<QByteArray> objects,
-                  const char* mentions) {
-    std::vector<QByteArray> copy(objects);
-    return {name,
-            [copy] {
-                BinaryPlist f;
-                for (const QByteArray& object : copy)
-                    f.add(object);
-                return f.build();
-            },
-            mentions};
+// A well-formed file, an array holding a string, with a different trailer.
+BadRow trailer(const char* name, std::function<void(Trailer&)> change, const char* mentions) {
+    Trailer t;
+    change(t);
+    return raw(name, file({array({1}), ascii("x")}, t), mentions);
+}
+
+QByteArray withByte(QByteArray data, qsizetype at, char value) {
+    data[at] = value;
+    return data;
 }
 
 std::string badName(const ::testing::TestParamInfo<BadRow>& info) {
@@ -283,94 +232,74 @@ std::string badName(const ::testing::TestParamInfo<BadRow>& info) {
 INSTANTIATE_TEST_SUITE_P(
     Xml, Malformed,
     ::testing::Values(
-        BadRow{"unclosed", [] { return QByteArray("<plist><array><string>a</string>"); }, "byte"},
-        BadRow{"empty", [] { return QByteArray(); }, "document element"},
-        BadRow{"two_roots", [] { return QByteArray("<array/><array/>"); }, "after the root"},
-        xmlBad("plist_two_values", "<string/><string/>", "exactly one"),
-        xmlBad("plist_no_value", "", "no value"), xmlBad("unknown_element", "<set/>", "<set>"),
-        xmlBad("key_without_value", "<dict><key>a</key></dict>", "no value"),
-        xmlBad("key_then_key", "<dict><key>a</key><key>b</key><true/></dict>", "no value"),
-        xmlBad("value_where_key_expected", "<dict><string>a</string><true/></dict>", "<key>"),
-        xmlBad("key_outside_dict", "<array><key>a</key></array>", "outside"),
-        xmlBad("text_in_array", "<array>loose<true/></array>", "loose"),
-        xmlBad("element_in_string", "<string>a<b/></string>", "inside"),
-        xmlBad("content_in_true", "<true>yes</true>", "content"),
-        xmlBad("integer_text", "<integer>12a</integer>", "12a"),
-        xmlBad("integer_empty", "<integer/>", "not an integer"),
-        xmlBad("integer_double_sign", "<integer>--1</integer>", "not an integer"),
-        xmlBad("integer_too_big", "<integer>18446744073709551616</integer>", "not an integer"),
-        xmlBad("integer_too_small", "<integer>-9223372036854775809</integer>", "below"),
-        xmlBad("real_text", "<real>1.5x</real>", "not a real"),
-        xmlBad("real_out_of_range", "<real>1e999</real>", "not a real"),
-        xmlBad("date_no_zone", "<date>2024-01-01T00:00:00</date>", "not a date"),
-        xmlBad("date_impossible", "<date>2023-02-29T00:00:00Z</date>", "not a date"),
-        xmlBad("base64_bad_character", "<data>SGVs*G8=</data>", "base64"),
-        xmlBad("base64_lone_character", "<data>SGVsb</data>", "base64")),
+        raw("unclosed", "<plist><array><string>a</string>", "at byte"),
+        raw("empty", "", "document element"),
+        raw("two_roots", "<array/><array/>", "after the root"),
+        xml("plist_two_values", "<string/><string/>", "exactly one"),
+        xml("plist_no_value", "", "no value"), xml("unknown_element", "<set/>", "<set>"),
+        xml("key_without_value", "<dict><key>a</key></dict>", "no value"),
+        xml("key_then_key", "<dict><key>a</key><key>b</key><true/></dict>", "no value"),
+        xml("value_where_key_expected", "<dict><string>a</string><true/></dict>", "<key>"),
+        xml("key_outside_dict", "<array><key>a</key></array>", "outside"),
+        xml("text_in_array", "<array>loose<true/></array>", "loose"),
+        xml("element_in_string", "<string>a<b/></string>", "inside"),
+        xml("content_in_true", "<true>yes</true>", "content"),
+        xml("integer_text", "<integer>12a</integer>", "\"12a\""),
+        xml("integer_empty", "<integer/>", "not an integer"),
+        xml("integer_double_sign", "<integer>--1</integer>", "not an integer"),
+        xml("integer_above_64_bits", "<integer>18446744073709551616</integer>", "not an integer"),
+        xml("integer_below_64_bits", "<integer>-9223372036854775809</integer>", "below"),
+        xml("real_text", "<real>1.5x</real>", "not a real"),
+        xml("real_out_of_range", "<real>1e999</real>", "not a real"),
+        xml("date_without_zone", "<date>2024-01-01T00:00:00</date>", "not a date"),
+        xml("date_impossible", "<date>2023-02-29T00:00:00Z</date>", "not a date"),
+        xml("base64_bad_character", "<data>SGVs*G8=</data>", "base64"),
+        xml("base64_lone_character", "<data>SGVsb</data>", "base64")),
     badName);
 
 INSTANTIATE_TEST_SUITE_P(
     Binary, Malformed,
     ::testing::Values(
-        BadRow{"magic_only", [] { return QByteArray("bplist00"); }, "not a bplist00"},
-        BadRow{"truncated",
-               [] {
-                   BinaryPlist f;
-                   f.add(BinaryPlist::ascii("x"));
-                   return f.build().chopped(1);
-               },
-               "trailer"},
-        trailerBad(
-            "offset_size_3", [](auto& t) { t.offsetSize = 3; }, "offset size"),
-        trailerBad(
-            "ref_size_0", [](auto& t) { t.refSize = 0; }, "reference size"),
-        trailerBad(
-            "no_objects", [](auto& t) { t.objectCount = 0; }, "top object"),
-        trailerBad(
-            "top_out_of_range", [](auto& t) { t.topObject = 2; }, "top object"),
-        trailerBad(
-            "table_past_trailer", [](auto& t) { t.objectCount = 30; }, "does not fit"),
-        trailerBad(
-            "table_in_header", [](auto& t) { t.tableOffset = 4; }, "does not fit"),
-        trailerBad(
-            "table_offset_huge", [](auto& t) { t.tableOffset = ~quint64(0); }, "does not fit"),
-        trailerBad(
-            "count_overflows_table", [](auto& t) { t.objectCount = quint64(1) << 62; },
+        raw("magic_only", "bplist00", "not a bplist00"),
+        raw("truncated", file({ascii("x")}).chopped(1), "trailer"),
+        trailer(
+            "offset_size_3", [](Trailer& t) { t.offsetSize = 3; }, "offset size"),
+        trailer(
+            "ref_size_0", [](Trailer& t) { t.refSize = 0; }, "reference size"),
+        trailer(
+            "no_objects", [](Trailer& t) { t.objectCount = 0; }, "top object"),
+        trailer(
+            "top_out_of_range", [](Trailer& t) { t.topObject = 2; }, "top object"),
+        trailer(
+            "table_past_trailer", [](Trailer& t) { t.objectCount = 30; }, "does not fit"),
+        trailer(
+            "table_in_header", [](Trailer& t) { t.tableOffset = 4; }, "does not fit"),
+        trailer(
+            "table_offset_huge", [](Trailer& t) { t.tableOffset = ~quint64(0); }, "does not fit"),
+        trailer(
+            "count_overflows_table", [](Trailer& t) { t.objectCount = quint64(1) << 62; },
             "does not fit"),
-        BadRow{"offset_in_header",
-               [] {
-                   QByteArray f = binaryFile({BinaryPlist::ascii("x")});
-                   f[11] = 2; // the only offset, two bytes after the object at byte 8
-                   return f;
-               },
-               "outside the object area"},
-        BadRow{"offset_in_table",
-               [] {
-                   QByteArray f = binaryFile({BinaryPlist::ascii("x")});
-                   f[11] = 10;
-                   return f;
-               },
-               "outside the object area"},
-        objectsBad("ref_out_of_range", {BinaryPlist::array({7})}, "does not exist"),
-        objectsBad("self_reference", {BinaryPlist::array({0})}, "contains itself"),
-        objectsBad("indirect_cycle",
-                   {BinaryPlist::array({1}), BinaryPlist::dict({2}, {0}), BinaryPlist::ascii("k")},
-                   "contains itself"),
-        objectsBad("key_not_string", {BinaryPlist::dict({1}, {1}), BinaryPlist::integer(1)},
-                   "not a string"),
-        objectsBad("string_past_area", {BinaryPlist::head(0x5, 9) + "abc"}, "runs past"),
-        objectsBad("array_past_area", {BinaryPlist::head(0xA, 10) + '\0'}, "runs past"),
-        objectsBad("count_not_integer", {"\x5F\x23" + QByteArray(8, 0)}, "count"),
-        objectsBad("count_beyond_file", {BinaryPlist::head(0x4, quint64(1) << 40)}, "impossible"),
-        objectsBad("null_marker", {bytes({0x00})}, "0x00"),
-        objectsBad("fill_marker", {bytes({0x0F})}, "0x0f"),
-        objectsBad("utf8_marker", {bytes({0x71, 'a'})}, "0x71"),
-        objectsBad("int_32_bytes", {bytes({0x15}) + QByteArray(32, 0)}, "2^5"),
-        objectsBad("int_16_bytes_too_big", {bytes({0x14, 1}) + QByteArray(15, 0)}, "64-bit"),
-        objectsBad("int_16_bytes_too_small",
-                   {bytes({0x14}) + QByteArray(8, '\xFF') + QByteArray(8, 0)}, "64-bit"),
-        objectsBad("uid_too_wide", {bytes({0x88}) + QByteArray(9, 1)}, "UID"),
-        objectsBad("date_not_finite", {BinaryPlist::date(std::nan(""))}, "date"),
-        objectsBad("real_of_one_byte", {bytes({0x20, 0})}, "0x20")),
+        // The one object is at byte 8; its two-byte offset at bytes 10 and 11.
+        raw("offset_in_header", withByte(file({ascii("x")}), 11, 2), "outside the object area"),
+        raw("offset_in_table", withByte(file({ascii("x")}), 11, 10), "outside the object area"),
+        objects("ref_out_of_range", {array({7})}, "does not exist"),
+        objects("self_reference", {array({0})}, "contains itself"),
+        objects("indirect_cycle", {array({1}), dict({2}, {0}), ascii("k")}, "contains itself"),
+        objects("key_not_string", {dict({1}, {1}), integer(1)}, "not a string"),
+        objects("string_past_area", {head(0x5, 9) + "abc"}, "runs past"),
+        objects("array_past_area", {head(0xA, 10) + '\0'}, "runs past"),
+        objects("count_not_integer", {bytes({0x5F, 0x23}) + QByteArray(8, 0)}, "count"),
+        objects("count_beyond_file", {head(0x4, quint64(1) << 40)}, "impossible"),
+        objects("null_marker", {bytes({0x00})}, "0x00"),
+        objects("fill_marker", {bytes({0x0F})}, "0x0f"),
+        objects("utf8_marker", {bytes({0x71, 'a'})}, "0x71"),
+        objects("real_of_one_byte", {bytes({0x20, 0})}, "0x20"),
+        objects("integer_of_32_bytes", {bytes({0x15}) + QByteArray(32, 0)}, "2^5"),
+        objects("integer_16_bytes_above_64_bits", {bytes({0x14, 1}) + QByteArray(15, 0)}, "64-bit"),
+        objects("integer_16_bytes_below_64_bits",
+                {bytes({0x14}) + QByteArray(8, '\xFF') + QByteArray(8, 0)}, "64-bit"),
+        objects("uid_of_9_bytes", {bytes({0x88}) + QByteArray(9, 1)}, "UID"),
+        objects("date_not_finite", {date(std::nan(""))}, "date")),
     badName);
 
 // ---- Limits ----
@@ -381,78 +310,67 @@ QByteArray nestedXmlArrays(int levels) {
 
 // levels arrays, each holding the next; references take four bytes so any length fits.
 QByteArray nestedBinaryArrays(int levels) {
-    BinaryPlist f;
+    std::vector<QByteArray> chain;
     for (int i = 0; i < levels; ++i)
-        f.add(i + 1 < levels ? BinaryPlist::head(0xA, 1) + BinaryPlist::bigEndian(i + 1, 4)
-                             : BinaryPlist::head(0xA, 0));
-    BinaryPlist::Trailer t;
+        chain.push_back(i + 1 < levels ? head(0xA, 1) + bigEndian(i + 1, 4) : head(0xA, 0));
+    Trailer t;
     t.offsetSize = 4;
     t.refSize = 4;
-    return f.build(t);
+    return file(chain, t);
 }
 
 TEST(PropertyListLimits, DepthIsCountedInBothFormats) {
-    const Limits limits = depthLimit(10);
+    const Limits limits = withLimit(&Limits::maxDepth, 10);
     QString error;
     EXPECT_TRUE(PropertyList::fromXml(nestedXmlArrays(10), &error, limits).isValid())
         << error.toStdString();
-    EXPECT_FALSE(PropertyList::fromXml(nestedXmlArrays(11), &error, limits).isValid());
-    EXPECT_TRUE(error.contains(u"deeper than 10")) << error.toStdString();
     EXPECT_TRUE(PropertyList::fromBinary(nestedBinaryArrays(10), &error, limits).isValid())
         << error.toStdString();
+    EXPECT_FALSE(PropertyList::fromXml(nestedXmlArrays(11), &error, limits).isValid());
+    EXPECT_TRUE(error.contains(u"deeper than 10")) << error.toStdString();
     EXPECT_FALSE(PropertyList::fromBinary(nestedBinaryArrays(11), &error, limits).isValid());
     EXPECT_TRUE(error.contains(u"deeper than 10")) << error.toStdString();
-}
-
-TEST(PropertyListLimits, DepthBombsFailWithoutExhaustingTheStack) {
+    // Far past the limit: refused without exhausting the stack.
     EXPECT_FALSE(PropertyList::fromXml(nestedXmlArrays(200000)).isValid());
     EXPECT_FALSE(PropertyList::fromBinary(nestedBinaryArrays(200000)).isValid());
 }
 
 TEST(PropertyListLimits, SharedObjectCountsItsHeightWhereverItIsReferenced) {
-    // Object 1 starts a chain of five arrays. The root holds it directly (depth 2 to 6) and
-    // again inside a wrapper (depth 3 to 7): the second place alone passes a limit of 6.
-    BinaryPlist f;
-    f.add(BinaryPlist::array({1, 6}));
-    for (int i = 1; i < 5; ++i)
-        f.add(BinaryPlist::array({i + 1}));
-    f.add(BinaryPlist::array({}));
-    f.add(BinaryPlist::array({1}));
+    // Object 1 heads a chain of five arrays. The root holds it directly (levels 2 to 6) and
+    // inside a wrapper (levels 3 to 7): only the second place goes past a limit of 6.
+    const QByteArray f = file(
+        {array({1, 6}), array({2}), array({3}), array({4}), array({5}), array({}), array({1})});
     QString error;
-    EXPECT_TRUE(PropertyList::fromBinary(f.build(), &error, depthLimit(7)).isValid());
-    EXPECT_FALSE(PropertyList::fromBinary(f.build(), &error, depthLimit(6)).isValid());
+    EXPECT_TRUE(PropertyList::fromBinary(f, &error, withLimit(&Limits::maxDepth, 7)).isValid());
+    EXPECT_FALSE(PropertyList::fromBinary(f, &error, withLimit(&Limits::maxDepth, 6)).isValid());
     EXPECT_TRUE(error.contains(u"deeper than 6")) << error.toStdString();
 }
 
 TEST(PropertyListLimits, ObjectCount) {
-    const Limits limits = limit(&Limits::maxObjects, 3);
+    const Limits limits = withLimit(&Limits::maxObjects, 3);
     QString error;
     EXPECT_TRUE(PropertyList::fromXml("<array><true/><true/></array>", &error, limits).isValid());
     EXPECT_FALSE(
         PropertyList::fromXml("<array><true/><true/><true/></array>", &error, limits).isValid());
     EXPECT_TRUE(error.contains(u"more than 3")) << error.toStdString();
-
-    BinaryPlist f;
-    f.add(BinaryPlist::array({1, 2}));
-    f.add(BinaryPlist::integer(1));
-    f.add(BinaryPlist::integer(2));
-    EXPECT_TRUE(PropertyList::fromBinary(f.build(), &error, limits).isValid());
-    f.add(BinaryPlist::integer(3)); // never referenced, still declared
-    EXPECT_FALSE(PropertyList::fromBinary(f.build(), &error, limits).isValid());
+    EXPECT_TRUE(
+        PropertyList::fromBinary(file({array({1, 2}), integer(1), integer(2)}), &error, limits)
+            .isValid());
+    // A declared object counts even when nothing refers to it.
+    EXPECT_FALSE(PropertyList::fromBinary(file({array({1, 2}), integer(1), integer(2), integer(3)}),
+                                          &error, limits)
+                     .isValid());
     EXPECT_TRUE(error.contains(u"limit of 3")) << error.toStdString();
 }
 
 TEST(PropertyListLimits, InputSizeIsCheckedFirst) {
-    BinaryPlist f;
-    f.add(BinaryPlist::ascii("x"));
-    const QByteArray binary = f.build();
-    const QByteArray xml = "<string>x</string>";
-    for (const QByteArray& data : {binary, xml}) {
+    for (const QByteArray& data : {file({ascii("x")}), QByteArray("<string>x</string>")}) {
         QString error;
-        EXPECT_TRUE(PropertyList::fromData(data, &error, limit(&Limits::maxInputBytes, data.size()))
-                        .isValid());
+        EXPECT_TRUE(
+            PropertyList::fromData(data, &error, withLimit(&Limits::maxInputBytes, data.size()))
+                .isValid());
         EXPECT_FALSE(
-            PropertyList::fromData(data, &error, limit(&Limits::maxInputBytes, data.size() - 1))
+            PropertyList::fromData(data, &error, withLimit(&Limits::maxInputBytes, data.size() - 1))
                 .isValid());
         EXPECT_TRUE(error.contains(u"above the limit")) << error.toStdString();
     }
@@ -461,16 +379,14 @@ TEST(PropertyListLimits, InputSizeIsCheckedFirst) {
 TEST(PropertyListLimits, SharedReferencesAreDecodedOnce) {
     // Forty levels, each an array of two references to the level below: 2^40 leaves if copied.
     constexpr int kLevels = 40;
-    BinaryPlist f;
+    std::vector<QByteArray> levels;
     for (int level = 0; level < kLevels; ++level)
-        f.add(BinaryPlist::array({level + 1, level + 1}));
-    f.add(BinaryPlist::ascii("lol"));
-    const QVariant root = PropertyList::fromBinary(f.build());
-    ASSERT_TRUE(root.isValid());
-    QVariant at = root;
+        levels.push_back(array({level + 1, level + 1}));
+    levels.push_back(ascii("lol"));
+    QVariant at = PropertyList::fromBinary(file(levels));
     for (int level = 0; level < kLevels; ++level) {
         const QVariantList pair = at.toList();
-        ASSERT_EQ(pair.size(), 2);
+        ASSERT_EQ(pair.size(), 2) << level;
         if (level + 1 < kLevels) {
             EXPECT_EQ(pair[0].toList().constData(), pair[1].toList().constData()) << level;
         }
@@ -481,25 +397,19 @@ TEST(PropertyListLimits, SharedReferencesAreDecodedOnce) {
 
 // ---- Reading a file ----
 
-TEST(PropertyListFile, ArrayWithContentsOfFile) {
+TEST(PropertyListFile, ArrayWithContentsOfFileIsNullUnlessTheRootIsAnArray) {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("Addresses.plist"));
     const velmora::LogCapture log;
-    BinaryPlist f;
-    f.add(BinaryPlist::array({1}));
-    f.add(BinaryPlist::ascii("a@example.org"));
-
+    const QVariantList addresses{"a@example.org"};
+    const QByteArray binary = file({array({1}), ascii("a@example.org")});
+    velmora::test::writeFile(path, binary);
+    EXPECT_TRUE(sameValue(PropertyList::arrayWithContentsOfFile(path), addresses));
+    EXPECT_FALSE(PropertyList::arrayWithContentsOfFile(path, withLimit(&Limits::maxInputBytes, 20))
+                     .isValid());
     velmora::test::writeFile(path, xmlPlist("<array><string>a@example.org</string></array>"));
-    EXPECT_TRUE(
-        sameValue(PropertyList::arrayWithContentsOfFile(path), QVariantList{"a@example.org"}));
-    velmora::test::writeFile(path, f.build());
-    EXPECT_TRUE(
-        sameValue(PropertyList::arrayWithContentsOfFile(path), QVariantList{"a@example.org"}));
-    EXPECT_FALSE(
-        PropertyList::arrayWithContentsOfFile(path, limit(&Limits::maxInputBytes, 20)).isValid());
+    EXPECT_TRUE(sameValue(PropertyList::arrayWithContentsOfFile(path), addresses));
 
-    velmora::test::writeFile(path, xmlPlist("<array/>"));
-    EXPECT_TRUE(sameValue(PropertyList::arrayWithContentsOfFile(path), QVariantList{}));
     velmora::test::writeFile(path, xmlPlist("<dict/>"));
     EXPECT_FALSE(PropertyList::arrayWithContentsOfFile(path).isValid());
     velmora::test::writeFile(path, "<array>");

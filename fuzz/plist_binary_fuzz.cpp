@@ -1,0 +1,6 @@
+#include "PlistWalk.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    velmora::fuzz::parseAndWalk(data, size, &velmora::PropertyList::fromBinary);
+    return 0;
+}
