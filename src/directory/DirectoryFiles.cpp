@@ -20,29 +20,35 @@ QString dataPath(const QString& relative)
     return data.isNull() ? QString() : data + u'/' + relative;
 }
 
+// The records of a file's root array, made element by element so that the file's tree is never
+// held whole; none when the file does not read as an array.
+template <typename Record>
+QList<std::shared_ptr<Record>> recordsOfArrayFile(const QString& path)
+{
+    QList<std::shared_ptr<Record>> records;
+    const bool read = PropertyList::forEachArrayElementInFile(
+        path, [&](const QVariant& element) { records.append(Record::initWithDictonary(element)); });
+    if (!read)
+        records.clear();
+    return records;
+}
+
 } // namespace
 
 QList<std::shared_ptr<ExtensionAccount>> ExtensionUtilities::Accounts()
 {
-    QVariant array;
+    QList<std::shared_ptr<ExtensionAccount>> accounts;
     const auto coordinationError = FileCoordinator::coordinateWritingItemAtPath(
         dataPath(QStringLiteral("Accounts.plist")),
-        [&](const QString& path) { array = PropertyList::arrayWithContentsOfFile(path); });
+        [&](const QString& path) { accounts = recordsOfArrayFile<ExtensionAccount>(path); });
     if (coordinationError)
         Log::error(u"[%@] NSFileCoordinator Accounts %@", coordinationError->text());
-
-    QList<std::shared_ptr<ExtensionAccount>> accounts;
-    const QVariantList elements = array.toList();
-    accounts.reserve(elements.size());
-    for (const QVariant& element : elements)
-        accounts.append(ExtensionAccount::initWithDictonary(element));
     return accounts;
 }
 
 AddressesAndGroupsResult ExtensionUtilities::AddressesAndGroups()
 {
-    QVariant addressList;
-    QVariant groupList;
+    AddressesAndGroupsResult result;
     const auto coordinationError = FileCoordinator::coordinateWritingItemAtPath(
         dataPath(QStringLiteral("Contacts")), [&](const QString& folder) {
             if (!QFileInfo::exists(folder)) {
@@ -51,21 +57,15 @@ AddressesAndGroupsResult ExtensionUtilities::AddressesAndGroups()
                     return;
                 }
             }
-            addressList = PropertyList::arrayWithContentsOfFile(folder + QStringLiteral("/Addresses.plist"));
-            groupList = PropertyList::arrayWithContentsOfFile(folder + QStringLiteral("/Groups.plist"));
+            result.addresses = recordsOfArrayFile<ExtensionAddress>(folder + QStringLiteral("/Addresses.plist"));
+            // The groups file is read but not offered: the main application keeps groups out
+            // of the share composer's suggestions, so the list stays empty. ExtensionGroup still
+            // reads a group dictionary completely for the day it is offered.
+            PropertyList::forEachArrayElementInFile(folder + QStringLiteral("/Groups.plist"),
+                                                    [](const QVariant&) {});
         });
     if (coordinationError)
         Log::error(u"[%@] NSFileCoordinator AddressesAndGroups %@", coordinationError->text());
-
-    AddressesAndGroupsResult result;
-    const QVariantList addresses = addressList.toList();
-    result.addresses.reserve(addresses.size());
-    for (const QVariant& element : addresses)
-        result.addresses.append(ExtensionAddress::initWithDictonary(element));
-    // The groups file is read but not offered: the main application keeps groups out of the
-    // share composer's suggestions, so the list stays empty. ExtensionGroup still reads a group
-    // dictionary completely for the day it is offered.
-    Q_UNUSED(groupList);
     return result;
 }
 

@@ -6,18 +6,16 @@
 
 namespace velmora {
 
-using RecordReading::stringOr;
-using RecordReading::valueFor;
-
 std::shared_ptr<ExtensionAlias> ExtensionAlias::initWithDictonary(const QVariant& d)
 {
     auto alias = std::make_shared<ExtensionAlias>();
+    const DictionaryReader dict(d);
     try {
-        alias->setMail(stringOr(valueFor(d, QStringLiteral("mail")), LocalizedString("No Mail")));
-        alias->setName(stringOr(valueFor(d, QStringLiteral("name")), QStringLiteral("")));
-        alias->setAccount(stringOr(valueFor(d, QStringLiteral("account")), QStringLiteral("")));
+        alias->setMail(dict.string(QStringLiteral("mail"), LocalizedString("No Mail")));
+        alias->setName(dict.string(QStringLiteral("name"), QStringLiteral("")));
+        alias->setAccount(dict.string(QStringLiteral("account"), QStringLiteral("")));
     } catch (const std::exception& e) {
-        Log::write(u"ExtensionAlias initWithDictonary %@", {RecordReading::describe(e)});
+        Log::write(u"ExtensionAlias initWithDictonary %@", {DictionaryReader::describe(e)});
     }
     return alias;
 }
@@ -30,23 +28,23 @@ QString ExtensionAlias::description() const
 std::shared_ptr<ExtensionAccount> ExtensionAccount::initWithDictonary(const QVariant& d)
 {
     auto account = std::make_shared<ExtensionAccount>();
+    const DictionaryReader dict(d);
     try {
-        account->setMail(stringOr(valueFor(d, QStringLiteral("mail")), LocalizedString("No Mail")));
+        account->setMail(dict.string(QStringLiteral("mail"), LocalizedString("No Mail")));
         // The empty key's translation is the empty text.
-        account->setName(stringOr(valueFor(d, QStringLiteral("name")), QStringLiteral("")));
-        account->setType(Values::integerValue(valueFor(d, QStringLiteral("type"))));
-        account->setEnabled(Values::boolValue(valueFor(d, QStringLiteral("enabled"))));
+        account->setName(dict.string(QStringLiteral("name"), QStringLiteral("")));
+        account->setType(dict.integer(QStringLiteral("type")));
+        account->setEnabled(dict.boolean(QStringLiteral("enabled")));
         // The list is in place before its elements are read, so an account whose "aliases"
         // cannot be read still has an (empty) list.
         account->setAliases({});
         QList<std::shared_ptr<ExtensionAlias>> aliases;
-        for (const QVariant& element :
-             RecordReading::elementsOf(valueFor(d, QStringLiteral("aliases")), "aliases")) {
+        for (const QVariant& element : dict.elements(QStringLiteral("aliases"))) {
             aliases.append(ExtensionAlias::initWithDictonary(element));
         }
         account->setAliases(std::move(aliases));
     } catch (const std::exception& e) {
-        Log::write(u"ExtensionAccount initWithDictonary %@", {RecordReading::describe(e)});
+        Log::write(u"ExtensionAccount initWithDictonary %@", {DictionaryReader::describe(e)});
     }
     return account;
 }

@@ -6,25 +6,23 @@
 
 namespace velmora {
 
-using RecordReading::stringOr;
-using RecordReading::valueFor;
-
 std::shared_ptr<ExtensionAddress> ExtensionAddress::initWithDictonary(const QVariant& d)
 {
     auto address = std::make_shared<ExtensionAddress>();
+    const DictionaryReader dict(d);
+    // The record is not shared until it is returned: its fields are set without their locks.
     try {
         const QString empty = QStringLiteral("");
         // "No Mail" here is a plain text, not a translation.
-        address->setMail(stringOr(valueFor(d, QStringLiteral("mail")), QStringLiteral("No Mail")));
-        address->setFirstName(stringOr(valueFor(d, QStringLiteral("firstName")), empty));
-        address->setLastName(stringOr(valueFor(d, QStringLiteral("lastName")), empty));
-        address->setCompany(stringOr(valueFor(d, QStringLiteral("company")), empty));
-        address->setNickname(stringOr(valueFor(d, QStringLiteral("nickname")), empty));
-        const QVariant rank = valueFor(d, QStringLiteral("rank"));
-        if (rank.isValid())
-            address->setRank(Values::integerValue(rank));
+        address->m_mail.initialize(dict.string(QStringLiteral("mail"), QStringLiteral("No Mail")));
+        address->m_firstName.initialize(dict.string(QStringLiteral("firstName"), empty));
+        address->m_lastName.initialize(dict.string(QStringLiteral("lastName"), empty));
+        address->m_company.initialize(dict.string(QStringLiteral("company"), empty));
+        address->m_nickname.initialize(dict.string(QStringLiteral("nickname"), empty));
+        if (dict.contains(QStringLiteral("rank")))
+            address->m_rank.initialize(dict.integer(QStringLiteral("rank")));
     } catch (const std::exception& e) {
-        Log::write(u"ExtensionAddress initWithDictonary %@", {RecordReading::describe(e)});
+        Log::write(u"ExtensionAddress initWithDictonary %@", {DictionaryReader::describe(e)});
     }
     return address;
 }
@@ -53,17 +51,17 @@ QString ExtensionAddress::description() const
 std::shared_ptr<ExtensionGroup> ExtensionGroup::initWithDictonary(const QVariant& d)
 {
     auto group = std::make_shared<ExtensionGroup>();
+    const DictionaryReader dict(d);
     try {
-        group->setIdx(stringOr(valueFor(d, QStringLiteral("idx")), QStringLiteral("")));
-        group->setName(stringOr(valueFor(d, QStringLiteral("name")), LocalizedString("No Name")));
+        group->setIdx(dict.string(QStringLiteral("idx"), QStringLiteral("")));
+        group->setName(dict.string(QStringLiteral("name"), LocalizedString("No Name")));
         QList<std::shared_ptr<ExtensionAddress>> members;
-        for (const QVariant& element :
-             RecordReading::elementsOf(valueFor(d, QStringLiteral("addresses")), "addresses")) {
+        for (const QVariant& element : dict.elements(QStringLiteral("addresses"))) {
             members.append(ExtensionAddress::initWithDictonary(element));
         }
         group->setAddresses(std::move(members));
     } catch (const std::exception& e) {
-        Log::write(u"ExtensionGroup initWithDictonary %@", {RecordReading::describe(e)});
+        Log::write(u"ExtensionGroup initWithDictonary %@", {DictionaryReader::describe(e)});
     }
     return group;
 }

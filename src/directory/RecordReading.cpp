@@ -1,41 +1,69 @@
 #include "directory/RecordReading.h"
 
-namespace velmora::RecordReading {
+namespace velmora {
 
-QVariant valueFor(const QVariant& d, const QString& key)
+DictionaryReader::DictionaryReader(const QVariant& d) : m_value(d)
 {
-    if (d.typeId() != QMetaType::QVariantMap) {
+    if (d.typeId() != QMetaType::QVariantMap)
+        return;
+    m_map = static_cast<const QVariantMap*>(d.constData());
+    if (m_map->size() > kScanned)
+        return;
+    m_entryCount = 0;
+    for (auto it = m_map->constBegin(); it != m_map->constEnd(); ++it)
+        m_entries[size_t(m_entryCount++)] = {it.key(), &it.value()};
+}
+
+const QVariant* DictionaryReader::find(const QString& key) const
+{
+    if (!m_map) {
         throw ValueError(QStringLiteral("a %1 was given where a dictionary was expected (key \"%2\")")
-                             .arg(Values::kindName(d), key)
+                             .arg(Values::kindName(m_value), key)
                              .toStdString());
     }
-    // Reading through the const map avoids a detach of the shared tree.
-    const QVariantMap& map = *static_cast<const QVariantMap*>(d.constData());
-    const auto it = map.constFind(key);
-    return it == map.constEnd() ? QVariant() : *it;
+    if (m_entryCount >= 0) {
+        for (int i = 0; i < m_entryCount; ++i) {
+            const Entry& e = m_entries[size_t(i)];
+            if (e.key.size() == key.size() && e.key == key)
+                return e.value;
+        }
+        return nullptr;
+    }
+    // Through the const map, so the shared tree is never detached.
+    const auto it = m_map->constFind(key);
+    return it == m_map->constEnd() ? nullptr : &*it;
 }
 
-QString stringOr(const QVariant& value, const QString& fallback)
+QVariant DictionaryReader::valueOr(const QString& key) const
 {
-    const QString s = Values::stringValue(value);
-    return s.isNull() ? fallback : s;
+    const QVariant* v = find(key);
+    return v ? *v : QVariant();
 }
 
-QVariantList elementsOf(const QVariant& value, const char* what)
+QString DictionaryReader::string(const QString& key, const QString& fallback) const
 {
-    if (!value.isValid() || value.isNull())
+    const QVariant* v = find(key);
+    if (!v || v->isNull())
+        return fallback;
+    if (v->typeId() == QMetaType::QString)
+        return *static_cast<const QString*>(v->constData());
+    return Values::stringValue(*v);
+}
+
+QVariantList DictionaryReader::elements(const QString& key) const
+{
+    const QVariant* v = find(key);
+    if (!v || v->isNull())
         return {};
-    if (value.typeId() != QMetaType::QVariantList) {
-        throw ValueError(QStringLiteral("\"%1\" is a %2, not an array")
-                             .arg(QLatin1String(what), Values::kindName(value))
-                             .toStdString());
+    if (v->typeId() != QMetaType::QVariantList) {
+        throw ValueError(QStringLiteral("\"%1\" is a %2, not an array").arg(key, Values::kindName(*v)).toStdString());
     }
-    return value.toList();
+    return *static_cast<const QVariantList*>(v->constData());
 }
 
-QString describe(const std::exception& e)
+QString DictionaryReader::describe(const std::exception& e)
 {
     return QString::fromUtf8(e.what());
 }
 
-} // namespace velmora::RecordReading
+} // namespace velmora

@@ -5,19 +5,46 @@
 #include <QVariant>
 #include <QVariantMap>
 
-namespace velmora::RecordReading {
+#include <array>
 
-// The value under key of a dictionary value; null when the key is missing. Raises ValueError
-// when d is not a dictionary, as a record reader's guard expects.
-QVariant valueFor(const QVariant& d, const QString& key);
+namespace velmora {
 
-// A string field's value (Values::stringValue), or fallback when the value is missing.
-QString stringOr(const QVariant& value, const QString& fallback);
+// Reads the fields of one record's dictionary for a record reader. Like the platform's
+// dictionaries, asking a value that is not a dictionary for a key raises ValueError (at the
+// first key, not before), and so do conversions the value's kind does not have; the reader's
+// guard catches it and keeps the fields read so far.
+class DictionaryReader {
+public:
+    explicit DictionaryReader(const QVariant& d);
 
-// The elements of an array value; none for a missing value. Raises ValueError for any other kind.
-QVariantList elementsOf(const QVariant& value, const char* what);
+    // The value under key, or null when the key is missing.
+    const QVariant* find(const QString& key) const;
+    // A string field: a string as it is, a number as its text, fallback when missing.
+    QString string(const QString& key, const QString& fallback) const;
+    qint64 integer(const QString& key) const { return Values::integerValue(valueOr(key)); }
+    bool boolean(const QString& key) const { return Values::boolValue(valueOr(key)); }
+    bool contains(const QString& key) const { return find(key) != nullptr; }
+    // The elements of an array field; none when missing; ValueError for any other kind.
+    QVariantList elements(const QString& key) const;
 
-// The text of the guard's log line for a failure while reading a record.
-QString describe(const std::exception& e);
+    // The text of the guard's log line for a failure while reading a record.
+    static QString describe(const std::exception& e);
 
-} // namespace velmora::RecordReading
+private:
+    QVariant valueOr(const QString& key) const;
+
+    struct Entry {
+        QStringView key;
+        const QVariant* value;
+    };
+    // Record dictionaries hold a handful of keys and every one is asked for: one walk over the
+    // map and a scan that compares lengths first beats a tree search per field.
+    static constexpr int kScanned = 16;
+
+    const QVariant& m_value;
+    const QVariantMap* m_map = nullptr;
+    std::array<Entry, kScanned> m_entries{};
+    int m_entryCount = -1; // -1: too many keys to scan, search the map
+};
+
+} // namespace velmora

@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+#include <optional>
+
 namespace velmora {
 
 namespace plist {
@@ -23,14 +25,18 @@ QVariant PropertyList::fromData(const QByteArray& data, QString* error, const Li
     return fromXml(data, error, limits);
 }
 
-QVariant PropertyList::arrayWithContentsOfFile(const QString& path, const Limits& limits) {
+namespace {
+
+// The file's bytes, or nothing when it cannot be read or is over the size limit.
+std::optional<QByteArray> readBounded(const QString& path, const PropertyList::Limits& limits)
+{
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return {};
+        return std::nullopt;
     QByteArray data;
     if (!file.isSequential()) {
         if (file.size() > limits.maxInputBytes)
-            return {};
+            return std::nullopt;
         data = file.readAll();
     } else {
         // A pipe or a device has no size to check first: read in chunks until past the limit.
@@ -41,12 +47,37 @@ QVariant PropertyList::arrayWithContentsOfFile(const QString& path, const Limits
             data += chunk;
         }
     }
-    if (data.size() > limits.maxInputBytes)
+    if (data.size() > limits.maxInputBytes || file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    return data;
+}
+
+} // namespace
+
+bool PropertyList::forEachArrayElementInFile(const QString& path,
+                                             const std::function<void(const QVariant&)>& visit,
+                                             const Limits& limits)
+{
+    std::optional<QByteArray> data = readBounded(path, limits);
+    if (!data)
+        return false;
+    try {
+        if (data->startsWith("bplist00"))
+            plist::forEachBinaryArrayElement(*data, limits, visit);
+        else
+            plist::forEachXmlArrayElement(std::move(*data), limits, visit);
+        return true;
+    } catch (const plist::Malformed&) {
+        return false;
+    }
+}
+
+QVariant PropertyList::arrayWithContentsOfFile(const QString& path, const Limits& limits)
+{
+    QVariantList elements;
+    if (!forEachArrayElementInFile(path, [&](const QVariant& e) { elements.append(e); }, limits))
         return {};
-    QVariant root = fromData(data, nullptr, limits);
-    if (root.typeId() != QMetaType::QVariantList)
-        return {};
-    return root;
+    return elements;
 }
 
 } // namespace velmora

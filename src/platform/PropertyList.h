@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+
 namespace velmora {
 
 // Reads property lists, XML and binary ("bplist00"), into QVariant trees:
@@ -37,6 +39,14 @@ public:
     // The platform's array-from-file reader: the root array of the file at path, or a null
     // QVariant when the file is missing, unreadable, malformed or its root is not an array.
     static QVariant arrayWithContentsOfFile(const QString& path, const Limits& limits = {});
+
+    // Calls visit with each element of the root array of the file at path, in order. Each
+    // element's tree lives only for its call, so a large file is never held whole. Returns false
+    // when the file is missing, unreadable, malformed or its root is not an array; the file then
+    // reads as no array, and whatever visit was given must be dropped.
+    static bool forEachArrayElementInFile(const QString& path,
+                                          const std::function<void(const QVariant&)>& visit,
+                                          const Limits& limits = {});
 };
 
 } // namespace velmora

@@ -45,14 +45,71 @@ public:
         , m_limits(limits) {}
 
     QVariant read() {
-        if (m_size < quint64(kHeaderSize + kTrailerSize) || std::memcmp(m_data, "bplist00", 8) != 0)
-            throw Malformed{QStringLiteral("the data is not a bplist00 file")};
-        readTrailer();
+        open();
         int height = 0;
         return object(m_topObject, 1, &height);
     }
 
+    // Visits the elements of a root array one at a time; an element that nothing else refers
+    // to is released after its visit.
+    void forEachTopElement(const plist::ElementVisitor& visit) {
+        open();
+        const quint64 offset = objectOffset(m_topObject);
+        const uchar marker = m_data[offset];
+        if ((marker >> 4) != 0xA)
+            fail(m_topObject, QStringLiteral("is the root and not an array"));
+        Cursor at{m_topObject, offset + 1};
+        const quint64 n = count(at, marker & 0x0F);
+        const uchar* refs = bytes(at, n * quint64(m_refSize));
+        m_slot[size_t(m_topObject)] = kBusy;
+        for (quint64 i = 0; i < n; ++i) {
+            int height = 0;
+            visit(object(reference(refs + i * quint64(m_refSize)), 2, &height));
+        }
+    }
+
 private:
+    void open() {
+        if (m_size < quint64(kHeaderSize + kTrailerSize) || std::memcmp(m_data, "bplist00", 8) != 0)
+            throw Malformed{QStringLiteral("the data is not a bplist00 file")};
+        readTrailer();
+        countReferences();
+    }
+
+    // How often containers refer to each object, saturating at 2: only objects referred to more
+    // than once are kept after decoding, so shared objects are still decoded once while the
+    // rest of the tree is freed as soon as its owner is. Objects whose headers do not read are
+    // skipped here; decoding reports them if they are reachable.
+    void countReferences() {
+        m_references.assign(size_t(m_objectCount), 0);
+        for (quint64 ref = 0; ref < m_objectCount; ++ref) {
+            try {
+                const quint64 offset = objectOffset(ref);
+                const uchar marker = m_data[offset];
+                const int kind = marker >> 4;
+                if (kind != 0xA && kind != 0xC && kind != 0xD)
+                    continue;
+                Cursor at{ref, offset + 1};
+                const quint64 n = count(at, marker & 0x0F) * (kind == 0xD ? 2 : 1);
+                const uchar* refs = bytes(at, n * quint64(m_refSize));
+                for (quint64 i = 0; i < n; ++i) {
+                    const quint64 target = reference(refs + i * quint64(m_refSize));
+                    if (target < m_objectCount && m_references[size_t(target)] < 2)
+                        ++m_references[size_t(target)];
+                }
+            } catch (const Malformed&) {
+            }
+        }
+    }
+
+    quint64 objectOffset(quint64 ref) const {
+        const quint64 entry = m_tableOffset + ref * quint64(m_offsetSize);
+        const quint64 offset = readBigEndian(m_data + entry, m_offsetSize);
+        if (offset < quint64(kHeaderSize) || offset >= m_tableOffset)
+            fail(ref, QStringLiteral("has the offset %1, outside the object area").arg(offset));
+        return offset;
+    }
+
     [[noreturn]] void fail(quint64 ref, const QString& what) const {
         throw Malformed{QStringLiteral("object %1 %2").arg(ref).arg(what)};
     }
@@ -107,16 +164,18 @@ private:
         m_slot[size_t(ref)] = kBusy;
         *height = 1;
         QVariant value = decode(ref, depth, height);
-        m_done.push_back({value, *height});
-        m_slot[size_t(ref)] = quint32(m_done.size());
+        if (m_references[size_t(ref)] > 1) {
+            m_done.push_back({value, *height});
+            m_slot[size_t(ref)] = quint32(m_done.size());
+        } else {
+            // Reached once: nothing will ask for it again, so it is not kept.
+            m_slot[size_t(ref)] = 0;
+        }
         return value;
     }
 
     QVariant decode(quint64 ref, int depth, int* height) {
-        const quint64 entry = m_tableOffset + ref * quint64(m_offsetSize);
-        const quint64 offset = readBigEndian(m_data + entry, m_offsetSize);
-        if (offset < quint64(kHeaderSize) || offset >= m_tableOffset)
-            fail(ref, QStringLiteral("has the offset %1, outside the object area").arg(offset));
+        const quint64 offset = objectOffset(ref);
         Cursor at{ref, offset + 1};
         const uchar marker = m_data[offset];
         const int low = marker & 0x0F;
@@ -291,10 +350,21 @@ private:
     quint64 m_topObject = 0;
     quint64 m_tableOffset = 0;
     std::vector<quint32> m_slot;
+    std::vector<quint8> m_references;
     std::vector<Decoded> m_done;
 };
 
 } // namespace
+
+namespace plist {
+
+void forEachBinaryArrayElement(const QByteArray& data, const PropertyList::Limits& limits,
+                               const ElementVisitor& visit) {
+    checkInputSize(data.size(), limits);
+    BinaryReader(data, limits).forEachTopElement(visit);
+}
+
+} // namespace plist
 
 QVariant PropertyList::fromBinary(const QByteArray& data, QString* error, const Limits& limits) {
     return plist::guarded(QStringLiteral("binary property list"), error, [&] {

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace velmora::plist {
 
 // Thrown by a reader when the input is malformed or over a limit; caught at its entry point,
@@ -17,6 +19,16 @@ struct Malformed {
 
 // Refuses input larger than the limit before any of it is parsed.
 void checkInputSize(qsizetype size, const PropertyList::Limits& limits);
+
+using ElementVisitor = std::function<void(const QVariant&)>;
+
+// Visit each element of the root array in turn; throw Malformed when the data is malformed or
+// its root is not an array (elements before the fault have been visited then).
+// The XML reader parses data in place: it takes the buffer.
+void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
+                            const ElementVisitor& visit);
+void forEachBinaryArrayElement(const QByteArray& data, const PropertyList::Limits& limits,
+                               const ElementVisitor& visit);
 
 // Runs a reader: the value it returns, or a null QVariant and the error text when it throws.
 template <typename Read> QVariant guarded(const QString& format, QString* error, Read&& read) {

@@ -85,10 +85,31 @@ public:
     explicit XmlReader(const PropertyList::Limits& limits)
         : m_limits(limits) {}
 
-    QVariant read(const pugi::xml_document& doc) {
+    QVariant read(const pugi::xml_document& doc) { return value(rootValue(doc), 1); }
+
+    // Visits the elements of a root array one at a time.
+    void forEachTopElement(const pugi::xml_document& doc, const plist::ElementVisitor& visit) {
+        const pugi::xml_node root = rootValue(doc);
+        if (std::strcmp(root.name(), "array") != 0)
+            fail(root, QStringLiteral("the root is <%1>, not an array").arg(QString::fromUtf8(root.name())));
+        refuseText(root);
+        ++m_objects;
+        for (const pugi::xml_node& child : root.children()) {
+            if (isElement(child))
+                visit(value(child, 2));
+        }
+    }
+
+private:
+    [[noreturn]] static void fail(const pugi::xml_node& node, const QString& what) {
+        throw Malformed{QStringLiteral("%1 at byte %2").arg(what).arg(node.offset_debug())};
+    }
+
+    // The element holding the document's value: the one child of <plist>, or a bare root value.
+    static pugi::xml_node rootValue(const pugi::xml_document& doc) {
         const pugi::xml_node root = documentElement(doc);
         if (std::strcmp(root.name(), "plist") != 0)
-            return value(root, 1);
+            return root;
         refuseText(root);
         pugi::xml_node only;
         for (const pugi::xml_node& child : root.children()) {
@@ -100,12 +121,7 @@ public:
         }
         if (!only)
             fail(root, QStringLiteral("<plist> holds no value"));
-        return value(only, 1);
-    }
-
-private:
-    [[noreturn]] static void fail(const pugi::xml_node& node, const QString& what) {
-        throw Malformed{QStringLiteral("%1 at byte %2").arg(what).arg(node.offset_debug())};
+        return only;
     }
 
     static pugi::xml_node documentElement(const pugi::xml_document& doc) {
@@ -323,22 +339,46 @@ private:
 
 } // namespace
 
+namespace {
+
+// Parses data, which must outlive doc. With inPlace the document is built inside data's own
+// buffer (which it changes) instead of a copy of it.
+void loadDocument(pugi::xml_document& doc, QByteArray& data, bool inPlace,
+                  const PropertyList::Limits& limits) {
+    plist::checkInputSize(data.size(), limits);
+    // pugixml never reads a DTD: the five predefined entities and character references are
+    // all it expands, and a document type declaration is skipped. A whitespace-only
+    // <string> keeps its spaces. The text of an element is kept in the element itself, which
+    // spares a node per value.
+    constexpr unsigned kOptions =
+        pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
+    const pugi::xml_parse_result parsed =
+        inPlace ? doc.load_buffer_inplace(data.data(), size_t(data.size()), kOptions, pugi::encoding_auto)
+                : doc.load_buffer(data.constData(), size_t(data.size()), kOptions, pugi::encoding_auto);
+    if (!parsed)
+        throw Malformed{QStringLiteral("%1 at byte %2")
+                            .arg(QString::fromUtf8(parsed.description()))
+                            .arg(parsed.offset)};
+}
+
+} // namespace
+
+namespace plist {
+
+void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
+                            const ElementVisitor& visit) {
+    pugi::xml_document doc;
+    loadDocument(doc, data, true, limits);
+    XmlReader(limits).forEachTopElement(doc, visit);
+}
+
+} // namespace plist
+
 QVariant PropertyList::fromXml(const QByteArray& data, QString* error, const Limits& limits) {
     return plist::guarded(QStringLiteral("XML property list"), error, [&] {
-        plist::checkInputSize(data.size(), limits);
-        // pugixml never reads a DTD: the five predefined entities and character references are
-        // all it expands, and a document type declaration is skipped. A whitespace-only
-        // <string> keeps its spaces.
-        // Embedding an element's text as its value halves the nodes of a typical file.
-        constexpr unsigned kOptions =
-            pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
         pugi::xml_document doc;
-        const pugi::xml_parse_result parsed =
-            doc.load_buffer(data.constData(), size_t(data.size()), kOptions, pugi::encoding_auto);
-        if (!parsed)
-            throw Malformed{QStringLiteral("%1 at byte %2")
-                                .arg(QString::fromUtf8(parsed.description()))
-                                .arg(parsed.offset)};
+        QByteArray shared = data; // not detached: parsed from a copy, never in place
+        loadDocument(doc, shared, false, limits);
         return XmlReader(limits).read(doc);
     });
 }
