@@ -24,7 +24,7 @@ const QVariant* DictionaryReader::find(const QString& key) const
     if (m_entryCount >= 0) {
         for (int i = 0; i < m_entryCount; ++i) {
             const Entry& e = m_entries[size_t(i)];
-            if (e.key.size() == key.size() && e.key == key)
+            if (e.key.size() == key.size() && e.key.front() == key.front() && e.key == key)
                 return e.value;
         }
         return nullptr;
