@@ -8,12 +8,6 @@
 
 namespace velmora {
 
-// Reads property lists, XML and binary ("bplist00"), into QVariant trees:
-//   dictionary -> QVariantMap, array -> QVariantList, string -> QString,
-//   integer -> qint64 (quint64 above the signed range), real -> double, boolean -> bool,
-//   date -> QDateTime in UTC, data -> QByteArray, uid -> QVariantMap {"CF$UID": qint64}.
-// The work is bounded: input size, nesting depth and object count are limited, each binary
-// object is decoded once however often it is referenced, and reference cycles are refused.
 // What one property list may cost at most.
 struct PropertyListLimits {
     qint64 maxInputBytes = qint64(256) * 1024 * 1024;
@@ -21,6 +15,12 @@ struct PropertyListLimits {
     qint64 maxObjects = qint64(16) * 1024 * 1024;
 };
 
+// Reads property lists, XML and binary ("bplist00"), into QVariant trees:
+//   dictionary -> QVariantMap, array -> QVariantList, string -> QString,
+//   integer -> qint64 (quint64 above the signed range), real -> double, boolean -> bool,
+//   date -> QDateTime in UTC, data -> QByteArray, uid -> QVariantMap {"CF$UID": qint64}.
+// The work is bounded: input size, nesting depth and object count are limited, each binary
+// object is decoded once however often it is referenced, and reference cycles are refused.
 class PropertyList {
 public:
     // At namespace scope, as GCC cannot use a nested type with member initialisers in a

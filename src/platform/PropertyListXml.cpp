@@ -107,35 +107,31 @@ private:
 
     // The element holding the document's value: the one child of <plist>, or a bare root value.
     static pugi::xml_node rootValue(const pugi::xml_document& doc) {
-        const pugi::xml_node root = documentElement(doc);
+        const pugi::xml_node root =
+            onlyElement(doc, QStringLiteral("content after the root element"));
+        if (!root)
+            throw Malformed{QStringLiteral("there is no root element")};
         if (std::strcmp(root.name(), "plist") != 0)
             return root;
         refuseText(root);
-        pugi::xml_node only;
-        for (const pugi::xml_node& child : root.children()) {
-            if (isCharacterData(child) && isBlank(valueOf(child)))
-                continue;
-            if (child.type() != pugi::node_element || only)
-                fail(child, QStringLiteral("<plist> must hold exactly one value"));
-            only = child;
-        }
+        const pugi::xml_node only =
+            onlyElement(root, QStringLiteral("<plist> must hold exactly one value"));
         if (!only)
             fail(root, QStringLiteral("<plist> holds no value"));
         return only;
     }
 
-    static pugi::xml_node documentElement(const pugi::xml_document& doc) {
-        pugi::xml_node root;
-        for (const pugi::xml_node& child : doc.children()) {
+    // The one element among the children, blank text aside; null when there is none.
+    static pugi::xml_node onlyElement(const pugi::xml_node& parent, const QString& whenMore) {
+        pugi::xml_node only;
+        for (const pugi::xml_node& child : parent.children()) {
             if (isCharacterData(child) && isBlank(valueOf(child)))
                 continue;
-            if (child.type() != pugi::node_element || root)
-                fail(child, QStringLiteral("content after the root element"));
-            root = child;
+            if (child.type() != pugi::node_element || only)
+                fail(child, whenMore);
+            only = child;
         }
-        if (!root)
-            throw Malformed{QStringLiteral("there is no root element")};
-        return root;
+        return only;
     }
 
     QVariant value(const pugi::xml_node& node, int depth) {

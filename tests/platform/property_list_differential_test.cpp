@@ -84,7 +84,7 @@ QVariant bitPattern(quint64 v) {
 }
 
 // libplist gives a date as whole seconds since 2001 and microseconds, but for a date before
-// 2001 it drops the microseconds' sign: -0.75 s comes back as (0, 750000).
+// 2001 it drops the microseconds' sign: -1.25 s comes back as (-1, 250000).
 QVariant libplistDate(qint32 sec, qint32 usec) {
     const qint64 micros = qint64(sec) * 1000000 + (sec < 0 ? -usec : usec);
     return QDateTime::fromMSecsSinceEpoch((micros + 978307200LL * 1000000) / 1000, Qt::UTC);

@@ -1,0 +1,68 @@
+#include "TestSupport.h"
+
+#include "platform/PropertyList.h"
+
+#include <QVariantList>
+
+using namespace velmora;
+
+namespace {
+
+QVariantList visitAll(const QString& path, bool* ok)
+{
+    QVariantList seen;
+    *ok = PropertyList::forEachArrayElementInFile(path, [&](const QVariant& e) { seen.append(e); });
+    return seen;
+}
+
+TEST(PropertyListFile, StreamsTheRootArrayInOrderAndAgreesWithTheWholeRead)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("a.plist"));
+    velmora::test::writeFile(path, "<plist><array><dict><key>n</key><integer>1</integer></dict>"
+                                   "<string>two</string><array/></array></plist>");
+    bool ok = false;
+    const QVariantList seen = visitAll(path, &ok);
+    EXPECT_TRUE(ok);
+    ASSERT_EQ(seen.size(), 3);
+    EXPECT_EQ(seen[0].toMap().value(QStringLiteral("n")).toLongLong(), 1);
+    EXPECT_EQ(seen[1].toString(), QStringLiteral("two"));
+    EXPECT_EQ(QVariant(seen), PropertyList::arrayWithContentsOfFile(path));
+}
+
+TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray)
+{
+    QTemporaryDir dir;
+    const QString broken = dir.filePath(QStringLiteral("broken.plist"));
+    velmora::test::writeFile(broken, "<plist><array><string>a</string><string>b</string>"
+                                     "<integer>x</integer></array></plist>");
+    bool ok = true;
+    EXPECT_EQ(visitAll(broken, &ok).size(), 2) << "the elements before the fault were visited";
+    EXPECT_FALSE(ok);
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(broken).isNull());
+
+    const QString dict = dir.filePath(QStringLiteral("dict.plist"));
+    velmora::test::writeFile(dict, "<plist><dict/></plist>");
+    EXPECT_TRUE(visitAll(dict, &ok).isEmpty());
+    EXPECT_FALSE(ok);
+    EXPECT_TRUE(visitAll(dir.filePath(QStringLiteral("missing.plist")), &ok).isEmpty());
+    EXPECT_FALSE(ok);
+}
+
+TEST(PropertyListFile, BinaryElementsThatShareObjectsAreEachComplete)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("shared.plist"));
+    // plistlib writes equal strings once, so both dictionaries refer to the same key and value
+    // objects; the second element must not lose them when the first is released.
+    if (!velmora::test::writePlist(path, R"([{"mail": "same@x.test"}, {"mail": "same@x.test"}, "same@x.test"])", true))
+        GTEST_SKIP() << "python3 is needed to write property lists";
+    bool ok = false;
+    const QVariantList seen = visitAll(path, &ok);
+    ASSERT_TRUE(ok);
+    ASSERT_EQ(seen.size(), 3);
+    EXPECT_EQ(seen[0], seen[1]);
+    EXPECT_EQ(seen[1].toMap().value(QStringLiteral("mail")), seen[2]);
+}
+
+} // namespace
