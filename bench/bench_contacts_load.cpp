@@ -11,21 +11,21 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-#include <plist/plist.h>
-
 #include <cstdlib>
+#include <plist/plist.h>
 
 namespace {
 
 constexpr int kAddresses = 100000;
 
-const char* const kFirst[] = {"Ada", "Grace", "Alan", "Edsger", "Barbara", "Donald", "Frances", "Ken", "Radia", "Niklaus"};
-const char* const kLast[] = {"Lovelace", "Hopper", "Turing", "Dijkstra", "Liskov", "Knuth", "Allen", "Thompson", "Perlman", "Wirth"};
+const char* const kFirst[] = {"Ada",    "Grace",   "Alan", "Edsger", "Barbara",
+                              "Donald", "Frances", "Ken",  "Radia",  "Niklaus"};
+const char* const kLast[] = {"Lovelace", "Hopper", "Turing",   "Dijkstra", "Liskov",
+                             "Knuth",    "Allen",  "Thompson", "Perlman",  "Wirth"};
 
 // A book with the mix of fields real books have: every address has a mail and a rank, most have
 // names, some a company or a nickname.
-plist_t makeBook()
-{
+plist_t makeBook() {
     QRandomGenerator rng(42);
     plist_t array = plist_new_array();
     for (int i = 0; i < kAddresses; ++i) {
@@ -54,8 +54,7 @@ struct Book {
     QByteArray xml;
     QByteArray binary;
 
-    Book()
-    {
+    Book() {
         plist_t book = makeBook();
         char* out = nullptr;
         uint32_t length = 0;
@@ -66,9 +65,10 @@ struct Book {
         // libplist 2.2's binary writer fails on a book this size; plistlib writes it instead.
         QProcess python;
         python.start(QStringLiteral("python3"),
-                     {QStringLiteral("-c"), QStringLiteral("import plistlib, sys; sys.stdout.buffer.write("
-                                                           "plistlib.dumps(plistlib.loads(sys.stdin.buffer.read()), "
-                                                           "fmt=plistlib.FMT_BINARY))")});
+                     {QStringLiteral("-c"),
+                      QStringLiteral("import plistlib, sys; sys.stdout.buffer.write("
+                                     "plistlib.dumps(plistlib.loads(sys.stdin.buffer.read()), "
+                                     "fmt=plistlib.FMT_BINARY))")});
         python.write(xml);
         python.closeWriteChannel();
         if (!python.waitForFinished(120000) || python.exitCode() != 0)
@@ -79,22 +79,19 @@ struct Book {
         QDir().mkpath(container.path() + QStringLiteral("/SharedData/Contacts"));
     }
 
-    void install(const QByteArray& bytes) const
-    {
+    void install(const QByteArray& bytes) const {
         QFile f(container.path() + QStringLiteral("/SharedData/Contacts/Addresses.plist"));
         if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
             std::abort();
     }
 };
 
-const Book& book()
-{
+const Book& book() {
     static const Book instance;
     return instance;
 }
 
-void loadRecords(benchmark::State& state, const QByteArray& bytes)
-{
+void loadRecords(benchmark::State& state, const QByteArray& bytes) {
     book().install(bytes);
     for (auto _ : state) {
         const auto result = velmora::ExtensionUtilities::AddressesAndGroups();
@@ -105,8 +102,7 @@ void loadRecords(benchmark::State& state, const QByteArray& bytes)
     state.counters["bytes"] = double(bytes.size());
 }
 
-void libplistParse(benchmark::State& state, const QByteArray& bytes)
-{
+void libplistParse(benchmark::State& state, const QByteArray& bytes) {
     for (auto _ : state) {
         plist_t root = nullptr;
         plist_from_memory(bytes.constData(), uint32_t(bytes.size()), &root);
@@ -116,10 +112,18 @@ void libplistParse(benchmark::State& state, const QByteArray& bytes)
     }
 }
 
-void BM_LoadContacts_Xml(benchmark::State& state) { loadRecords(state, book().xml); }
-void BM_LibplistParse_Xml(benchmark::State& state) { libplistParse(state, book().xml); }
-void BM_LoadContacts_Binary(benchmark::State& state) { loadRecords(state, book().binary); }
-void BM_LibplistParse_Binary(benchmark::State& state) { libplistParse(state, book().binary); }
+void BM_LoadContacts_Xml(benchmark::State& state) {
+    loadRecords(state, book().xml);
+}
+void BM_LibplistParse_Xml(benchmark::State& state) {
+    libplistParse(state, book().xml);
+}
+void BM_LoadContacts_Binary(benchmark::State& state) {
+    loadRecords(state, book().binary);
+}
+void BM_LibplistParse_Binary(benchmark::State& state) {
+    libplistParse(state, book().binary);
+}
 
 BENCHMARK(BM_LoadContacts_Xml)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_LibplistParse_Xml)->Unit(benchmark::kMillisecond)->UseRealTime();
@@ -128,8 +132,7 @@ BENCHMARK(BM_LibplistParse_Binary)->Unit(benchmark::kMillisecond)->UseRealTime()
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

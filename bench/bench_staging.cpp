@@ -5,19 +5,17 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <benchmark/benchmark.h>
-
-#include <QElapsedTimer>
-
 #include <algorithm>
+#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <functional>
-#include <vector>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -26,8 +24,7 @@ struct Fixture {
     QString source;
     qint64 bytes = 0;
 
-    Fixture()
-    {
+    Fixture() {
         const qint64 mib = qEnvironmentVariableIsSet("VELMORA_BENCH_STAGE_MIB")
                                ? qEnvironmentVariableIntValue("VELMORA_BENCH_STAGE_MIB")
                                : 1024;
@@ -42,29 +39,27 @@ struct Fixture {
         for (qint64 i = 0; i < mib; ++i)
             f.write(chunk);
         f.close();
-        qputenv("VELMORA_GROUP_CONTAINER", QFile::encodeName(dir.filePath(QStringLiteral("container"))));
+        qputenv("VELMORA_GROUP_CONTAINER",
+                QFile::encodeName(dir.filePath(QStringLiteral("container"))));
         qputenv("VELMORA_BUNDLE_ID", "it.zemlo.velmora.share");
         ::sync();
     }
     QString stage() const { return dir.filePath(QStringLiteral("container/SharedData/ShareFull")); }
 };
 
-const Fixture& fixture()
-{
+const Fixture& fixture() {
     static const Fixture instance;
     return instance;
 }
 
-double timedMs(const std::function<void()>& work)
-{
+double timedMs(const std::function<void()>& work) {
     QElapsedTimer timer;
     timer.start();
     work();
     return double(timer.nsecsElapsed()) / 1e6;
 }
 
-void freshStage()
-{
+void freshStage() {
     velmora::ExtensionUtilities::ShareInit(QStringLiteral("ShareFull"));
     ::sync();
 }
@@ -72,8 +67,7 @@ void freshStage()
 // Each iteration stages the file and copies it with cp, alternating which goes first, so drift
 // of the machine (writeback, other load) falls on both alike. Reported: the medians and their
 // ratio.
-void BM_StageFileVersusCp(benchmark::State& state)
-{
+void BM_StageFileVersusCp(benchmark::State& state) {
     const Fixture& f = fixture();
     std::vector<double> ours;
     std::vector<double> cp;
@@ -82,14 +76,16 @@ void BM_StageFileVersusCp(benchmark::State& state)
         const auto stage = [&] {
             freshStage();
             ours.push_back(timedMs([&] {
-                if (velmora::ExtensionUtilities::ShareFiles(QStringLiteral("ShareFull"), {f.source}).size() != 1)
+                if (velmora::ExtensionUtilities::ShareFiles(QStringLiteral("ShareFull"), {f.source})
+                        .size() != 1)
                     state.SkipWithError("staging failed");
             }));
         };
         const auto copy = [&] {
             freshStage();
             cp.push_back(timedMs([&] {
-                if (QProcess::execute(QStringLiteral("cp"), {f.source, f.stage() + QStringLiteral("/source.bin")}) != 0)
+                if (QProcess::execute(QStringLiteral("cp"),
+                                      {f.source, f.stage() + QStringLiteral("/source.bin")}) != 0)
                     state.SkipWithError("cp failed");
             }));
         };
@@ -117,8 +113,7 @@ BENCHMARK(BM_StageFileVersusCp)->Unit(benchmark::kMillisecond)->UseManualTime()-
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

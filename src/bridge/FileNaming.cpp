@@ -4,8 +4,7 @@
 
 namespace velmora {
 
-QString Zemlo_Fs::SafeFileName(const QString& name)
-{
+QString Zemlo_Fs::SafeFileName(const QString& name) {
     QString safe = name;
     safe.replace(u'/', u'_');
     safe.replace(QChar(u'\0'), u'_');
@@ -14,8 +13,7 @@ QString Zemlo_Fs::SafeFileName(const QString& name)
     return safe;
 }
 
-QString Zemlo_Fs::GetGoodPath(const QString& name, const QString& folder)
-{
+QString Zemlo_Fs::GetGoodPath(const QString& name, const QString& folder) {
     // lstat semantics: a dangling link still takes its name.
     return GetGoodPath(name, folder, [](const QString& path) {
         const QFileInfo info(path);
@@ -24,8 +22,7 @@ QString Zemlo_Fs::GetGoodPath(const QString& name, const QString& folder)
 }
 
 QString Zemlo_Fs::GetGoodPath(const QString& name, const QString& folder,
-                              const ExistsFunction& exists)
-{
+                              const ExistsFunction& exists) {
     const QString safe = SafeFileName(name);
     // The extension follows the last dot, unless that dot starts or ends the name.
     const qsizetype dot = safe.lastIndexOf(u'.');

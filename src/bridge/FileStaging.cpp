@@ -2,20 +2,20 @@
 
 #include <QFile>
 
-#include <cerrno>
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstring>
-#include <memory>
-#include <utility>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <linux/fs.h>
+#include <memory>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace velmora {
 
@@ -27,9 +27,9 @@ constexpr int kMaxRenameAttempts = 1000;
 // A descriptor closed on every path out.
 class Fd {
 public:
-    explicit Fd(int fd = -1) : m_fd(fd) {}
-    ~Fd()
-    {
+    explicit Fd(int fd = -1)
+        : m_fd(fd) {}
+    ~Fd() {
         if (m_fd >= 0)
             ::close(m_fd);
     }
@@ -42,22 +42,20 @@ private:
     int m_fd;
 };
 
-QString quoted(const QString& path)
-{
+QString quoted(const QString& path) {
     return u'"' + path + u'"';
 }
 
-QByteArray encoded(const QString& path)
-{
+QByteArray encoded(const QString& path) {
     return QFile::encodeName(path);
 }
 
 // Removes a temporary entry unless it was renamed into place.
 class TemporaryEntry {
 public:
-    explicit TemporaryEntry(QByteArray path) : m_path(std::move(path)) {}
-    ~TemporaryEntry()
-    {
+    explicit TemporaryEntry(QByteArray path)
+        : m_path(std::move(path)) {}
+    ~TemporaryEntry() {
         if (!m_path.isEmpty()) {
             std::error_code ec;
             std::filesystem::remove_all(m_path.toStdString(), ec);
@@ -72,8 +70,7 @@ private:
     QByteArray m_path;
 };
 
-std::optional<Error> copyFileData(int in, int out, off_t size, const QString& what)
-{
+std::optional<Error> copyFileData(int in, int out, off_t size, const QString& what) {
     // A clone shares the blocks: instant where the file system can do it (btrfs, xfs).
     if (::ioctl(out, FICLONE, in) == 0)
         return std::nullopt;
@@ -121,10 +118,11 @@ std::optional<Error> copyFileData(int in, int out, off_t size, const QString& wh
 std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, const char* dstName,
                               const QString& what, int depth);
 
-std::optional<Error> copyFolderContents(int srcDirFd, int dstDirFd, const QString& what, int depth)
-{
+std::optional<Error> copyFolderContents(int srcDirFd, int dstDirFd, const QString& what,
+                                        int depth) {
     if (depth > kMaxFolderDepth)
-        return Error::posix(ELOOP, QStringLiteral("cannot copy %1: folders nested too deep").arg(what));
+        return Error::posix(ELOOP,
+                            QStringLiteral("cannot copy %1: folders nested too deep").arg(what));
     const int dupFd = ::dup(srcDirFd);
     if (dupFd < 0)
         return Error::posix(errno, QStringLiteral("cannot read %1").arg(what));
@@ -173,8 +171,7 @@ std::optional<Error> copyFolderContents(int srcDirFd, int dstDirFd, const QStrin
 
 // Copies the open source (a file or folder) to dstName inside dstDirFd.
 std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, const char* dstName,
-                              const QString& what, int depth)
-{
+                              const QString& what, int depth) {
     if (S_ISDIR(st.st_mode)) {
         if (::mkdirat(dstDirFd, dstName, 0700) < 0)
             return Error::posix(errno, QStringLiteral("cannot create a folder for %1").arg(what));
@@ -197,8 +194,7 @@ std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, co
 
 // Moves the finished temporary entry to a name of the chooser's, never replacing an entry that
 // appeared there meanwhile.
-FileStaging::Result publish(TemporaryEntry& temporary, const FileStaging::NameChooser& chooseName)
-{
+FileStaging::Result publish(TemporaryEntry& temporary, const FileStaging::NameChooser& chooseName) {
     for (int attempt = 0; attempt < kMaxRenameAttempts; ++attempt) {
         const QString path = chooseName();
         const QByteArray target = encoded(path);
@@ -219,27 +215,27 @@ FileStaging::Result publish(TemporaryEntry& temporary, const FileStaging::NameCh
             }
             if (errno == EEXIST)
                 continue;
-            if (::access(target.constData(), F_OK) != 0
-                && ::rename(temporary.path().constData(), target.constData()) == 0) {
+            if (::access(target.constData(), F_OK) != 0 &&
+                ::rename(temporary.path().constData(), target.constData()) == 0) {
                 temporary.keep();
                 return {path, std::nullopt};
             }
         }
-        return {{}, Error::posix(errno, QStringLiteral("cannot move the copy to %1").arg(quoted(path)))};
+        return {
+            {},
+            Error::posix(errno, QStringLiteral("cannot move the copy to %1").arg(quoted(path)))};
     }
     return {{}, Error::posix(EEXIST, QStringLiteral("no free name for the copy"))};
 }
 
-QByteArray temporaryTemplate(const QString& folder)
-{
+QByteArray temporaryTemplate(const QString& folder) {
     return encoded(folder + QStringLiteral("/.velmora-staging-XXXXXX"));
 }
 
 } // namespace
 
 FileStaging::Result FileStaging::copyItem(const QString& source, const QString& folder,
-                                          const NameChooser& chooseName)
-{
+                                          const NameChooser& chooseName) {
     const QString what = quoted(source);
     // O_NONBLOCK: opening a named pipe must not wait for a writer; it is refused below.
     Fd in(::open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -249,7 +245,9 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
     if (::fstat(in.get(), &st) < 0)
         return {{}, Error::posix(errno, QStringLiteral("cannot read %1").arg(what))};
     if (!S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode))
-        return {{}, Error::posix(EINVAL, QStringLiteral("cannot copy %1: not a file or folder").arg(what))};
+        return {
+            {},
+            Error::posix(EINVAL, QStringLiteral("cannot copy %1: not a file or folder").arg(what))};
     if (S_ISREG(st.st_mode)) {
         // Reads block from here on; the flag only mattered for the open.
         ::fcntl(in.get(), F_SETFL, ::fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
@@ -257,17 +255,21 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
 
     Fd folderFd(::open(encoded(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folderFd.get() < 0)
-        return {{}, Error::posix(errno, QStringLiteral("cannot open the folder %1").arg(quoted(folder)))};
+        return {
+            {},
+            Error::posix(errno, QStringLiteral("cannot open the folder %1").arg(quoted(folder)))};
 
     QByteArray templ = temporaryTemplate(folder);
     if (!::mkdtemp(templ.data()))
-        return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+        return {{},
+                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
     // The copy is built inside a private temporary folder, so a half-made copy never has a name
     // that anybody could take for a staged file; the finished entry is then moved into place.
     TemporaryEntry holder(templ);
     Fd holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (holderFd.get() < 0)
-        return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+        return {{},
+                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
     if (auto error = copyInto(in.get(), st, holderFd.get(), "item", what, 0))
         return {{}, error};
 
@@ -277,19 +279,21 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
 }
 
 FileStaging::Result FileStaging::writeData(const QByteArray& bytes, const QString& folder,
-                                           const NameChooser& chooseName)
-{
+                                           const NameChooser& chooseName) {
     QByteArray templ = temporaryTemplate(folder);
     Fd out(::mkostemp(templ.data(), O_CLOEXEC));
     if (out.get() < 0)
-        return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+        return {{},
+                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
     TemporaryEntry temporary(templ);
     for (qsizetype done = 0; done < bytes.size();) {
         const ssize_t w = ::write(out.get(), bytes.constData() + done, size_t(bytes.size() - done));
         if (w < 0 && errno == EINTR)
             continue;
         if (w < 0)
-            return {{}, Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+            return {
+                {},
+                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
         done += w;
     }
     // mkstemp makes the file private; a staged file is as readable as any the user writes.
@@ -299,21 +303,20 @@ FileStaging::Result FileStaging::writeData(const QByteArray& bytes, const QStrin
     return publish(temporary, chooseName);
 }
 
-std::optional<Error> FileStaging::removeItem(const QString& path)
-{
+std::optional<Error> FileStaging::removeItem(const QString& path) {
     const std::filesystem::path p(encoded(path).toStdString());
     std::error_code ec;
     const auto status = std::filesystem::symlink_status(p, ec);
     if (ec || !std::filesystem::exists(status))
-        return Error::posix(ec ? ec.value() : ENOENT, QStringLiteral("cannot remove %1").arg(quoted(path)));
+        return Error::posix(ec ? ec.value() : ENOENT,
+                            QStringLiteral("cannot remove %1").arg(quoted(path)));
     std::filesystem::remove_all(p, ec);
     if (ec)
         return Error::posix(ec.value(), QStringLiteral("cannot remove %1").arg(quoted(path)));
     return std::nullopt;
 }
 
-std::optional<Error> FileStaging::createFolder(const QString& path)
-{
+std::optional<Error> FileStaging::createFolder(const QString& path) {
     std::error_code ec;
     std::filesystem::create_directories(encoded(path).toStdString(), ec);
     if (ec)

@@ -26,10 +26,12 @@ public:
     // Copies a regular file or a whole folder (recursively; links inside it are copied as
     // links). A link given as source is followed. Data is copied by the kernel (a reflink
     // clone where the file system offers one, else copy_file_range).
-    static Result copyItem(const QString& source, const QString& folder, const NameChooser& chooseName);
+    static Result copyItem(const QString& source, const QString& folder,
+                           const NameChooser& chooseName);
 
     // Writes bytes as a new file.
-    static Result writeData(const QByteArray& bytes, const QString& folder, const NameChooser& chooseName);
+    static Result writeData(const QByteArray& bytes, const QString& folder,
+                            const NameChooser& chooseName);
 
     // Removes a file, link or folder tree; an error when nothing is there or removal fails.
     static std::optional<Error> removeItem(const QString& path);

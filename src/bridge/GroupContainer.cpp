@@ -4,21 +4,18 @@
 
 namespace velmora {
 
-QString ExtensionUtilities::GroupFolderName()
-{
+QString ExtensionUtilities::GroupFolderName() {
     // A plain, case-sensitive prefix test on this program's own identifier.
     return HostEnvironment::bundleIdentifier().startsWith(ConstVars::betaBundlePrefix)
                ? QString(ConstVars::betaDataFolder)
                : QString(ConstVars::releaseDataFolder);
 }
 
-QString ExtensionUtilities::GroupPath()
-{
+QString ExtensionUtilities::GroupPath() {
     return HostEnvironment::containerPathForGroupIdentifier(ConstVars::applicationGroupIdentifier);
 }
 
-QString ExtensionUtilities::GroupDataPath()
-{
+QString ExtensionUtilities::GroupDataPath() {
     const QString root = GroupPath();
     if (root.isNull())
         return {};

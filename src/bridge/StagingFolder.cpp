@@ -12,8 +12,7 @@ namespace velmora {
 
 namespace {
 
-QString stagingFolder(const QString& service)
-{
+QString stagingFolder(const QString& service) {
     const QString data = ExtensionUtilities::GroupDataPath();
     return data.isNull() ? QString() : data + u'/' + service;
 }
@@ -22,8 +21,8 @@ QString stagingFolder(const QString& service)
 // stageOne stages one input into the folder and reports the staged path or the error.
 template <typename Input, typename StageOne>
 QStringList stageAll(const QString& service, const QList<Input>& inputs, StageOne stageOne,
-                     QStringView writeErrorLine, QStringView exceptionLine, QStringView coordinationLine)
-{
+                     QStringView writeErrorLine, QStringView exceptionLine,
+                     QStringView coordinationLine) {
     QStringList result;
     const auto coordinationError = FileCoordinator::coordinateWritingItemAtPath(
         stagingFolder(service), [&](const QString& folder) {
@@ -47,8 +46,7 @@ QStringList stageAll(const QString& service, const QList<Input>& inputs, StageOn
 
 } // namespace
 
-void ExtensionUtilities::ShareInit(const QString& service)
-{
+void ExtensionUtilities::ShareInit(const QString& service) {
     const auto coordinationError = FileCoordinator::coordinateWritingItemAtPath(
         stagingFolder(service), [](const QString& folder) {
             // One error slot for both steps, never cleared: when the removal fails (the folder
@@ -67,27 +65,27 @@ void ExtensionUtilities::ShareInit(const QString& service)
         Log::error(u"[%@] shareInit %@", coordinationError->text());
 }
 
-QStringList ExtensionUtilities::ShareFiles(const QString& service, const QStringList& paths)
-{
+QStringList ExtensionUtilities::ShareFiles(const QString& service, const QStringList& paths) {
     return stageAll(
         service, paths,
         [](const QString& source, const QString& folder) {
             // The clean path's last component is the name; "/a/b/.." names "a", not "..".
             const QString clean = QDir::cleanPath(QDir(source).absolutePath());
             const QString name = clean.section(u'/', -1);
-            return FileStaging::copyItem(clean, folder, [&] { return Zemlo_Fs::GetGoodPath(name, folder); });
+            return FileStaging::copyItem(clean, folder,
+                                         [&] { return Zemlo_Fs::GetGoodPath(name, folder); });
         },
         u"[%@] Error writing file shareFiles %@", u"[%@] Exception shareFiles %@",
         u"[%@] Error shareFiles %@");
 }
 
-QStringList ExtensionUtilities::ShareDatas(const QString& service, const QList<QByteArray>& datas)
-{
+QStringList ExtensionUtilities::ShareDatas(const QString& service, const QList<QByteArray>& datas) {
     return stageAll(
         service, datas,
         [](const QByteArray& data, const QString& folder) {
-            return FileStaging::writeData(
-                data, folder, [&] { return Zemlo_Fs::GetGoodPath(QStringLiteral("image.png"), folder); });
+            return FileStaging::writeData(data, folder, [&] {
+                return Zemlo_Fs::GetGoodPath(QStringLiteral("image.png"), folder);
+            });
         },
         u"[%@] Error writing file shareDatas %@", u"[%@] Exception shareDatas %@",
         u"[%@] Error shareDatas %@");

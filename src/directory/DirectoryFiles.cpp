@@ -14,17 +14,14 @@ namespace {
 
 // A path inside the data folder; null when there is no container, which the file coordinator
 // then reports as its error.
-QString dataPath(const QString& relative)
-{
+QString dataPath(const QString& relative) {
     const QString data = ExtensionUtilities::GroupDataPath();
     return data.isNull() ? QString() : data + u'/' + relative;
 }
 
 // The records of a file's root array, made element by element so that the file's tree is never
 // held whole; none when the file does not read as an array.
-template <typename Record>
-QList<std::shared_ptr<Record>> recordsOfArrayFile(const QString& path)
-{
+template <typename Record> QList<std::shared_ptr<Record>> recordsOfArrayFile(const QString& path) {
     QList<std::shared_ptr<Record>> records;
     const bool read = PropertyList::forEachArrayElementInFile(
         path, [&](const QVariant& element) { records.append(Record::initWithDictonary(element)); });
@@ -35,8 +32,7 @@ QList<std::shared_ptr<Record>> recordsOfArrayFile(const QString& path)
 
 } // namespace
 
-QList<std::shared_ptr<ExtensionAccount>> ExtensionUtilities::Accounts()
-{
+QList<std::shared_ptr<ExtensionAccount>> ExtensionUtilities::Accounts() {
     QList<std::shared_ptr<ExtensionAccount>> accounts;
     const auto coordinationError = FileCoordinator::coordinateWritingItemAtPath(
         dataPath(QStringLiteral("Accounts.plist")),
@@ -46,8 +42,7 @@ QList<std::shared_ptr<ExtensionAccount>> ExtensionUtilities::Accounts()
     return accounts;
 }
 
-AddressesAndGroupsResult ExtensionUtilities::AddressesAndGroups()
-{
+AddressesAndGroupsResult ExtensionUtilities::AddressesAndGroups() {
     AddressesAndGroupsResult result;
     const auto coordinationError = FileCoordinator::coordinateWritingItemAtPath(
         dataPath(QStringLiteral("Contacts")), [&](const QString& folder) {
@@ -57,7 +52,8 @@ AddressesAndGroupsResult ExtensionUtilities::AddressesAndGroups()
                     return;
                 }
             }
-            result.addresses = recordsOfArrayFile<ExtensionAddress>(folder + QStringLiteral("/Addresses.plist"));
+            result.addresses =
+                recordsOfArrayFile<ExtensionAddress>(folder + QStringLiteral("/Addresses.plist"));
             // The groups file is read but not offered: the main application keeps groups out
             // of the share composer's suggestions, so the list stays empty. ExtensionGroup still
             // reads a group dictionary completely for the day it is offered.

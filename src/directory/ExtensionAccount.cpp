@@ -6,8 +6,7 @@
 
 namespace velmora {
 
-std::shared_ptr<ExtensionAlias> ExtensionAlias::initWithDictonary(const QVariant& d)
-{
+std::shared_ptr<ExtensionAlias> ExtensionAlias::initWithDictonary(const QVariant& d) {
     auto alias = std::make_shared<ExtensionAlias>();
     const DictionaryReader dict(d);
     try {
@@ -20,13 +19,11 @@ std::shared_ptr<ExtensionAlias> ExtensionAlias::initWithDictonary(const QVariant
     return alias;
 }
 
-QString ExtensionAlias::description() const
-{
+QString ExtensionAlias::description() const {
     return QStringLiteral("ExtensionAlias ") + mail();
 }
 
-std::shared_ptr<ExtensionAccount> ExtensionAccount::initWithDictonary(const QVariant& d)
-{
+std::shared_ptr<ExtensionAccount> ExtensionAccount::initWithDictonary(const QVariant& d) {
     auto account = std::make_shared<ExtensionAccount>();
     const DictionaryReader dict(d);
     try {
@@ -49,8 +46,7 @@ std::shared_ptr<ExtensionAccount> ExtensionAccount::initWithDictonary(const QVar
     return account;
 }
 
-QString ExtensionAccount::description() const
-{
+QString ExtensionAccount::description() const {
     return QStringLiteral("ExtensionAccount ") + mail();
 }
 

@@ -6,8 +6,7 @@
 
 namespace velmora {
 
-std::shared_ptr<ExtensionAddress> ExtensionAddress::initWithDictonary(const QVariant& d)
-{
+std::shared_ptr<ExtensionAddress> ExtensionAddress::initWithDictonary(const QVariant& d) {
     auto address = std::make_shared<ExtensionAddress>();
     const DictionaryReader dict(d);
     // The record is not shared until it is returned: its fields are set without their locks.
@@ -27,13 +26,11 @@ std::shared_ptr<ExtensionAddress> ExtensionAddress::initWithDictonary(const QVar
     return address;
 }
 
-QString ExtensionAddress::fullName() const
-{
+QString ExtensionAddress::fullName() const {
     return (firstName() + u' ' + lastName()).trimmed();
 }
 
-QString ExtensionAddress::prettyprint() const
-{
+QString ExtensionAddress::prettyprint() const {
     QString out = fullName();
     if (out.isEmpty())
         out = company();
@@ -43,13 +40,11 @@ QString ExtensionAddress::prettyprint() const
     return out.trimmed();
 }
 
-QString ExtensionAddress::description() const
-{
+QString ExtensionAddress::description() const {
     return QStringLiteral("ExtensionAddress ") + mail();
 }
 
-std::shared_ptr<ExtensionGroup> ExtensionGroup::initWithDictonary(const QVariant& d)
-{
+std::shared_ptr<ExtensionGroup> ExtensionGroup::initWithDictonary(const QVariant& d) {
     auto group = std::make_shared<ExtensionGroup>();
     const DictionaryReader dict(d);
     try {
@@ -66,15 +61,13 @@ std::shared_ptr<ExtensionGroup> ExtensionGroup::initWithDictonary(const QVariant
     return group;
 }
 
-QString ExtensionGroup::prettyprint() const
-{
+QString ExtensionGroup::prettyprint() const {
     const QString n = name();
     const qsizetype count = addresses().size();
     return count == 0 ? n : QStringLiteral("%1 (%2)").arg(n, QString::number(count));
 }
 
-QString ExtensionGroup::description() const
-{
+QString ExtensionGroup::description() const {
     return QStringLiteral("ExtensionGroup ") + name();
 }
 

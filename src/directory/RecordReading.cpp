@@ -2,8 +2,8 @@
 
 namespace velmora {
 
-DictionaryReader::DictionaryReader(const QVariant& d) : m_value(d)
-{
+DictionaryReader::DictionaryReader(const QVariant& d)
+    : m_value(d) {
     if (d.typeId() != QMetaType::QVariantMap)
         return;
     m_map = static_cast<const QVariantMap*>(d.constData());
@@ -14,12 +14,12 @@ DictionaryReader::DictionaryReader(const QVariant& d) : m_value(d)
         m_entries[size_t(m_entryCount++)] = {it.key(), &it.value()};
 }
 
-const QVariant* DictionaryReader::find(const QString& key) const
-{
+const QVariant* DictionaryReader::find(const QString& key) const {
     if (!m_map) {
-        throw ValueError(QStringLiteral("a %1 was given where a dictionary was expected (key \"%2\")")
-                             .arg(Values::kindName(m_value), key)
-                             .toStdString());
+        throw ValueError(
+            QStringLiteral("a %1 was given where a dictionary was expected (key \"%2\")")
+                .arg(Values::kindName(m_value), key)
+                .toStdString());
     }
     if (m_entryCount >= 0) {
         for (int i = 0; i < m_entryCount; ++i) {
@@ -34,14 +34,12 @@ const QVariant* DictionaryReader::find(const QString& key) const
     return it == m_map->constEnd() ? nullptr : &*it;
 }
 
-QVariant DictionaryReader::valueOr(const QString& key) const
-{
+QVariant DictionaryReader::valueOr(const QString& key) const {
     const QVariant* v = find(key);
     return v ? *v : QVariant();
 }
 
-QString DictionaryReader::string(const QString& key, const QString& fallback) const
-{
+QString DictionaryReader::string(const QString& key, const QString& fallback) const {
     const QVariant* v = find(key);
     if (!v || v->isNull())
         return fallback;
@@ -50,19 +48,19 @@ QString DictionaryReader::string(const QString& key, const QString& fallback) co
     return Values::stringValue(*v);
 }
 
-QVariantList DictionaryReader::elements(const QString& key) const
-{
+QVariantList DictionaryReader::elements(const QString& key) const {
     const QVariant* v = find(key);
     if (!v || v->isNull())
         return {};
     if (v->typeId() != QMetaType::QVariantList) {
-        throw ValueError(QStringLiteral("\"%1\" is a %2, not an array").arg(key, Values::kindName(*v)).toStdString());
+        throw ValueError(QStringLiteral("\"%1\" is a %2, not an array")
+                             .arg(key, Values::kindName(*v))
+                             .toStdString());
     }
     return *static_cast<const QVariantList*>(v->constData());
 }
 
-QString DictionaryReader::describe(const std::exception& e)
-{
+QString DictionaryReader::describe(const std::exception& e) {
     return QString::fromUtf8(e.what());
 }
 

@@ -4,8 +4,7 @@
 
 namespace velmora {
 
-Error Error::posix(int errnum, const QString& what)
-{
+Error Error::posix(int errnum, const QString& what) {
     return {QString::fromLatin1(kPosixErrorDomain), errnum,
             what + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errnum))};
 }

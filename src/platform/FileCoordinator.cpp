@@ -15,7 +15,8 @@ namespace {
 // Owns the descriptor of a held lock; closing it releases the lock.
 class HeldLock {
 public:
-    explicit HeldLock(int fd) : m_fd(fd) {}
+    explicit HeldLock(int fd)
+        : m_fd(fd) {}
     ~HeldLock() { ::close(m_fd); }
     HeldLock(const HeldLock&) = delete;
     HeldLock& operator=(const HeldLock&) = delete;
@@ -26,15 +27,13 @@ private:
 
 } // namespace
 
-QString FileCoordinator::lockPathFor(const QString& itemPath)
-{
+QString FileCoordinator::lockPathFor(const QString& itemPath) {
     const QFileInfo info(QDir::cleanPath(itemPath));
     return info.absolutePath() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".lock");
 }
 
 std::optional<Error> FileCoordinator::coordinateWritingItemAtPath(
-    const QString& itemPath, const std::function<void(const QString& path)>& accessor)
-{
+    const QString& itemPath, const std::function<void(const QString& path)>& accessor) {
     if (itemPath.isEmpty())
         return Error{QString::fromLatin1(kCocoaErrorDomain), 4,
                      QStringLiteral("no item to coordinate (the shared container is missing)")};

@@ -17,8 +17,9 @@ public:
     // Runs accessor with the item's path while holding the item's lock. When the lock cannot
     // be had, returns the error and the accessor does not run. The lock is released on every
     // path out, exceptions included.
-    static std::optional<Error> coordinateWritingItemAtPath(
-        const QString& itemPath, const std::function<void(const QString& path)>& accessor);
+    static std::optional<Error>
+    coordinateWritingItemAtPath(const QString& itemPath,
+                                const std::function<void(const QString& path)>& accessor);
 
     // The lock file that guards itemPath.
     static QString lockPathFor(const QString& itemPath);

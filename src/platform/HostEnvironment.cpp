@@ -7,23 +7,21 @@
 
 namespace velmora {
 
-QString HostEnvironment::defaultBundleIdentifier()
-{
+QString HostEnvironment::defaultBundleIdentifier() {
     return QStringLiteral(VELMORA_DEFAULT_BUNDLE_ID);
 }
 
-QString HostEnvironment::bundleIdentifier()
-{
+QString HostEnvironment::bundleIdentifier() {
     const QString fromEnvironment = qEnvironmentVariable("VELMORA_BUNDLE_ID");
     return fromEnvironment.isEmpty() ? defaultBundleIdentifier() : fromEnvironment;
 }
 
-QString HostEnvironment::containerPathForGroupIdentifier(const QString& groupIdentifier)
-{
+QString HostEnvironment::containerPathForGroupIdentifier(const QString& groupIdentifier) {
     QString root = qEnvironmentVariable("VELMORA_GROUP_CONTAINER");
     if (root.isEmpty()) {
         // GenericDataLocation honours XDG_DATA_HOME and falls back to ~/.local/share.
-        const QString dataHome = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+        const QString dataHome =
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
         if (dataHome.isEmpty())
             return {};
         root = dataHome + QStringLiteral("/velmora/") + groupIdentifier;

@@ -4,8 +4,7 @@
 
 namespace velmora {
 
-QString LocalizedString(const char* key)
-{
+QString LocalizedString(const char* key) {
     // One context for every text, as one string table serves the whole program.
     return QCoreApplication::translate("Velmora", key);
 }

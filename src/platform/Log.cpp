@@ -17,16 +17,14 @@ struct Sinks {
     int next = 1;
 };
 
-Sinks& sinks()
-{
+Sinks& sinks() {
     static Sinks instance;
     return instance;
 }
 
 } // namespace
 
-QString Log::format(QStringView format, const QStringList& args)
-{
+QString Log::format(QStringView format, const QStringList& args) {
     QString out;
     out.reserve(format.size() + 16 * args.size());
     qsizetype next = 0;
@@ -45,8 +43,7 @@ QString Log::format(QStringView format, const QStringList& args)
     return out;
 }
 
-void Log::write(QStringView fmt, const QStringList& args)
-{
+void Log::write(QStringView fmt, const QStringList& args) {
     const QString line = format(fmt, args);
     qCInfo(lcCore).noquote() << line;
     Sinks& s = sinks();
@@ -55,13 +52,11 @@ void Log::write(QStringView fmt, const QStringList& args)
         sink(line);
 }
 
-void Log::error(QStringView fmt, const QString& detail)
-{
+void Log::error(QStringView fmt, const QString& detail) {
     write(fmt, {kErrorMarker, detail});
 }
 
-int Log::addSink(Sink sink)
-{
+int Log::addSink(Sink sink) {
     Sinks& s = sinks();
     const QMutexLocker lock(&s.mutex);
     const int handle = s.next++;
@@ -69,8 +64,7 @@ int Log::addSink(Sink sink)
     return handle;
 }
 
-void Log::removeSink(int handle)
-{
+void Log::removeSink(int handle) {
     Sinks& s = sinks();
     const QMutexLocker lock(&s.mutex);
     s.sinks.erase(handle);
@@ -86,23 +80,18 @@ LogCapture::LogCapture()
     , m_handle(Log::addSink([state = m_state](const QString& line) {
         const QMutexLocker lock(&state->mutex);
         state->lines.append(line);
-    }))
-{
-}
+    })) {}
 
-LogCapture::~LogCapture()
-{
+LogCapture::~LogCapture() {
     Log::removeSink(m_handle);
 }
 
-QStringList LogCapture::lines() const
-{
+QStringList LogCapture::lines() const {
     const QMutexLocker lock(&m_state->mutex);
     return m_state->lines;
 }
 
-QStringList LogCapture::linesStartingWith(QStringView prefix) const
-{
+QStringList LogCapture::linesStartingWith(QStringView prefix) const {
     QStringList out;
     for (const QString& line : lines()) {
         if (line.startsWith(prefix))
@@ -111,8 +100,7 @@ QStringList LogCapture::linesStartingWith(QStringView prefix) const
     return out;
 }
 
-void LogCapture::clear()
-{
+void LogCapture::clear() {
     const QMutexLocker lock(&m_state->mutex);
     m_state->lines.clear();
 }

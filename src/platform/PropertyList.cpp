@@ -28,8 +28,7 @@ QVariant PropertyList::fromData(const QByteArray& data, QString* error, const Li
 namespace {
 
 // The file's bytes, or nothing when it cannot be read or is over the size limit.
-std::optional<QByteArray> readBounded(const QString& path, const PropertyList::Limits& limits)
-{
+std::optional<QByteArray> readBounded(const QString& path, const PropertyList::Limits& limits) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
@@ -56,8 +55,7 @@ std::optional<QByteArray> readBounded(const QString& path, const PropertyList::L
 
 bool PropertyList::forEachArrayElementInFile(const QString& path,
                                              const std::function<void(const QVariant&)>& visit,
-                                             const Limits& limits)
-{
+                                             const Limits& limits) {
     std::optional<QByteArray> data = readBounded(path, limits);
     if (!data)
         return false;
@@ -72,10 +70,10 @@ bool PropertyList::forEachArrayElementInFile(const QString& path,
     }
 }
 
-QVariant PropertyList::arrayWithContentsOfFile(const QString& path, const Limits& limits)
-{
+QVariant PropertyList::arrayWithContentsOfFile(const QString& path, const Limits& limits) {
     QVariantList elements;
-    if (!forEachArrayElementInFile(path, [&](const QVariant& e) { elements.append(e); }, limits))
+    if (!forEachArrayElementInFile(
+            path, [&](const QVariant& e) { elements.append(e); }, limits))
         return {};
     return elements;
 }

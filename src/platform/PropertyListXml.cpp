@@ -91,7 +91,8 @@ public:
     void forEachTopElement(const pugi::xml_document& doc, const plist::ElementVisitor& visit) {
         const pugi::xml_node root = rootValue(doc);
         if (std::strcmp(root.name(), "array") != 0)
-            fail(root, QStringLiteral("the root is <%1>, not an array").arg(QString::fromUtf8(root.name())));
+            fail(root, QStringLiteral("the root is <%1>, not an array")
+                           .arg(QString::fromUtf8(root.name())));
         refuseText(root);
         ++m_objects;
         for (const pugi::xml_node& child : root.children()) {
@@ -349,8 +350,10 @@ void loadDocument(pugi::xml_document& doc, QByteArray& data, bool inPlace,
     constexpr unsigned kOptions =
         pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
     const pugi::xml_parse_result parsed =
-        inPlace ? doc.load_buffer_inplace(data.data(), size_t(data.size()), kOptions, pugi::encoding_auto)
-                : doc.load_buffer(data.constData(), size_t(data.size()), kOptions, pugi::encoding_auto);
+        inPlace
+            ? doc.load_buffer_inplace(data.data(), size_t(data.size()), kOptions,
+                                      pugi::encoding_auto)
+            : doc.load_buffer(data.constData(), size_t(data.size()), kOptions, pugi::encoding_auto);
     if (!parsed)
         throw Malformed{QStringLiteral("%1 at byte %2")
                             .arg(QString::fromUtf8(parsed.description()))

@@ -10,27 +10,23 @@ namespace velmora::Values {
 
 namespace {
 
-qsizetype skipSpace(QStringView text, qsizetype i)
-{
+qsizetype skipSpace(QStringView text, qsizetype i) {
     while (i < text.size() && text[i].isSpace())
         ++i;
     return i;
 }
 
-bool isDigit(QChar c)
-{
+bool isDigit(QChar c) {
     return c >= u'0' && c <= u'9';
 }
 
-[[noreturn]] void raise(const QVariant& value, const char* conversion)
-{
+[[noreturn]] void raise(const QVariant& value, const char* conversion) {
     throw ValueError(QStringLiteral("%1: a %2 value has no such conversion")
                          .arg(QLatin1String(conversion), kindName(value))
                          .toStdString());
 }
 
-bool isNumber(const QVariant& value)
-{
+bool isNumber(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Bool:
     case QMetaType::Int:
@@ -45,8 +41,7 @@ bool isNumber(const QVariant& value)
     }
 }
 
-qint64 clampToInt64(double d)
-{
+qint64 clampToInt64(double d) {
     if (std::isnan(d))
         return 0;
     if (d >= 9223372036854775807.0)
@@ -58,8 +53,7 @@ qint64 clampToInt64(double d)
 
 } // namespace
 
-qint64 integerValue(QStringView text)
-{
+qint64 integerValue(QStringView text) {
     qsizetype i = skipSpace(text, 0);
     bool negative = false;
     if (i < text.size() && (text[i] == u'+' || text[i] == u'-')) {
@@ -85,8 +79,7 @@ qint64 integerValue(QStringView text)
     return acc == min ? std::numeric_limits<qint64>::max() : -acc;
 }
 
-bool boolValue(QStringView text)
-{
+bool boolValue(QStringView text) {
     qsizetype i = skipSpace(text, 0);
     if (i < text.size() && (text[i] == u'+' || text[i] == u'-'))
         ++i;
@@ -98,8 +91,7 @@ bool boolValue(QStringView text)
     return c == u'Y' || c == u'y' || c == u'T' || c == u't' || (c >= u'1' && c <= u'9');
 }
 
-double doubleValue(QStringView text)
-{
+double doubleValue(QStringView text) {
     const qsizetype start = skipSpace(text, 0);
     qsizetype i = start;
     if (i < text.size() && (text[i] == u'+' || text[i] == u'-'))
@@ -132,8 +124,7 @@ double doubleValue(QStringView text)
     return ok || std::isinf(d) ? d : 0.0;
 }
 
-qint64 integerValue(const QVariant& value)
-{
+qint64 integerValue(const QVariant& value) {
     if (!value.isValid() || value.isNull())
         return 0;
     if (value.typeId() == QMetaType::QString)
@@ -143,15 +134,14 @@ qint64 integerValue(const QVariant& value)
     if (value.typeId() == QMetaType::ULongLong) {
         const quint64 u = value.toULongLong();
         return u > quint64(std::numeric_limits<qint64>::max()) ? std::numeric_limits<qint64>::max()
-                                                                : qint64(u);
+                                                               : qint64(u);
     }
     if (isNumber(value))
         return value.toLongLong();
     raise(value, "integerValue");
 }
 
-bool boolValue(const QVariant& value)
-{
+bool boolValue(const QVariant& value) {
     if (!value.isValid() || value.isNull())
         return false;
     if (value.typeId() == QMetaType::QString)
@@ -163,8 +153,7 @@ bool boolValue(const QVariant& value)
     raise(value, "boolValue");
 }
 
-double doubleValue(const QVariant& value)
-{
+double doubleValue(const QVariant& value) {
     if (!value.isValid() || value.isNull())
         return 0.0;
     if (value.typeId() == QMetaType::QString)
@@ -176,13 +165,11 @@ double doubleValue(const QVariant& value)
     raise(value, "doubleValue");
 }
 
-float floatValue(const QVariant& value)
-{
+float floatValue(const QVariant& value) {
     return static_cast<float>(doubleValue(value));
 }
 
-QString stringValue(const QVariant& value)
-{
+QString stringValue(const QVariant& value) {
     if (!value.isValid() || value.isNull())
         return {};
     if (value.typeId() == QMetaType::QString)
@@ -194,8 +181,7 @@ QString stringValue(const QVariant& value)
     raise(value, "string");
 }
 
-QString kindName(const QVariant& value)
-{
+QString kindName(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::QVariantMap:
     case QMetaType::QVariantHash:

@@ -16,8 +16,7 @@ namespace velmora {
 
 namespace {
 
-void describeAccounts(QTextStream& out)
-{
+void describeAccounts(QTextStream& out) {
     const auto accounts = ExtensionUtilities::Accounts();
     out << "Accounts: " << accounts.size() << '\n';
     for (const auto& account : accounts) {
@@ -32,20 +31,22 @@ void describeAccounts(QTextStream& out)
 
 } // namespace
 
-int StagingCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
-{
+int StagingCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Stages files and folders for a share into the container shared with the Velmora mail "
         "application, and lists the accounts and contacts it finds there."));
-    parser.addPositionalArgument(QStringLiteral("ITEM"), QStringLiteral("an existing file or folder to share"),
+    parser.addPositionalArgument(QStringLiteral("ITEM"),
+                                 QStringLiteral("an existing file or folder to share"),
                                  QStringLiteral("[ITEM...]"));
-    const QCommandLineOption container(QStringLiteral("container"),
-                                       QStringLiteral("the shared container (overrides VELMORA_GROUP_CONTAINER)"),
-                                       QStringLiteral("DIR"));
-    const QCommandLineOption bundleId(QStringLiteral("bundle-id"),
-                                      QStringLiteral("this program's bundle identifier (overrides VELMORA_BUNDLE_ID)"),
-                                      QStringLiteral("ID"));
+    const QCommandLineOption container(
+        QStringLiteral("container"),
+        QStringLiteral("the shared container (overrides VELMORA_GROUP_CONTAINER)"),
+        QStringLiteral("DIR"));
+    const QCommandLineOption bundleId(
+        QStringLiteral("bundle-id"),
+        QStringLiteral("this program's bundle identifier (overrides VELMORA_BUNDLE_ID)"),
+        QStringLiteral("ID"));
     parser.addOption(container);
     parser.addOption(bundleId);
     const QCommandLineOption help = parser.addHelpOption();
@@ -96,10 +97,12 @@ int StagingCommand::run(const QStringList& arguments, QTextStream& out, QTextStr
         out << "  " << path << '\n';
 
     describeAccounts(out);
-    out << "Contacts: " << ExtensionUtilities::AddressesAndGroups().addresses.size() << " addresses\n";
+    out << "Contacts: " << ExtensionUtilities::AddressesAndGroups().addresses.size()
+        << " addresses\n";
     out.flush();
     if (staged.size() < items.size()) {
-        err << "velmora-share: " << items.size() - staged.size() << " item(s) could not be staged; see the log above\n";
+        err << "velmora-share: " << items.size() - staged.size()
+            << " item(s) could not be staged; see the log above\n";
         return SomeNotStaged;
     }
     return Success;

@@ -1,12 +1,10 @@
 #include "TestSupport.h"
-
 #include "bridge/ExtensionUtilities.h"
 
 using namespace velmora;
 using velmora::test::ScopedEnv;
 
-TEST(Container, BetaIdentifiersUseTheBetaDataFolder)
-{
+TEST(Container, BetaIdentifiersUseTheBetaDataFolder) {
     const struct {
         const char* id;
         const char* folder;
@@ -24,18 +22,18 @@ TEST(Container, BetaIdentifiersUseTheBetaDataFolder)
     }
 }
 
-TEST(Container, DataPathIsTheFolderInsideTheContainer)
-{
+TEST(Container, DataPathIsTheFolderInsideTheContainer) {
     const velmora::test::TempContainer container("it.zemlo.velmora.beta8.share");
     EXPECT_EQ(ExtensionUtilities::GroupPath(), container.root());
-    EXPECT_EQ(ExtensionUtilities::GroupDataPath(), container.root() + QStringLiteral("/SharedDataBeta"));
+    EXPECT_EQ(ExtensionUtilities::GroupDataPath(),
+              container.root() + QStringLiteral("/SharedDataBeta"));
 }
 
-TEST(Container, NoContainerGivesNullPaths)
-{
+TEST(Container, NoContainerGivesNullPaths) {
     QTemporaryDir dir;
     velmora::test::writeFile(dir.filePath(QStringLiteral("file")), "x");
-    const ScopedEnv container("VELMORA_GROUP_CONTAINER", QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
+    const ScopedEnv container("VELMORA_GROUP_CONTAINER",
+                              QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
     EXPECT_TRUE(ExtensionUtilities::GroupPath().isNull());
     EXPECT_TRUE(ExtensionUtilities::GroupDataPath().isNull());
 }

@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-
 #include "bridge/ExtensionUtilities.h"
 
 #include <QDir>
@@ -18,8 +17,7 @@ constexpr int kBytes = 256 * 1024;
 
 // A staged buffer holds one tag repeated: complete when its size is right and every tag is the
 // same, so a file written by two writers at once, or cut short, is caught.
-bool isCompleteBuffer(const QByteArray& bytes)
-{
+bool isCompleteBuffer(const QByteArray& bytes) {
     const qsizetype end = bytes.indexOf(';');
     if (bytes.size() != kBytes || end <= 0)
         return false;
@@ -29,8 +27,7 @@ bool isCompleteBuffer(const QByteArray& bytes)
     return bytes == expected;
 }
 
-TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFiles)
-{
+TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFiles) {
     const velmora::test::TempContainer container;
     ExtensionUtilities::ShareInit(QStringLiteral("ShareFull"));
 
@@ -40,17 +37,20 @@ TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFi
 
     std::vector<QProcess> processes(2);
     for (QProcess& p : processes)
-        p.start(QStringLiteral(STAGE_TOOL), {QString::number(kPerProcess), QString::number(kBytes)});
+        p.start(QStringLiteral(STAGE_TOOL),
+                {QString::number(kPerProcess), QString::number(kBytes)});
 
     std::vector<QStringList> fromThreads(kThreads);
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([t, &fromThreads] {
             for (int i = 0; i < kPerThread; ++i) {
-                const QByteArray tag = "thread" + QByteArray::number(t) + '-' + QByteArray::number(i) + ';';
+                const QByteArray tag =
+                    "thread" + QByteArray::number(t) + '-' + QByteArray::number(i) + ';';
                 QByteArray bytes = tag.repeated(kBytes / tag.size() + 1);
                 bytes.truncate(kBytes);
-                fromThreads[t] += ExtensionUtilities::ShareDatas(QStringLiteral("ShareFull"), {bytes});
+                fromThreads[t] +=
+                    ExtensionUtilities::ShareDatas(QStringLiteral("ShareFull"), {bytes});
             }
         });
     }
@@ -77,7 +77,8 @@ TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFi
     }
     EXPECT_EQ(contents.size(), expected) << "a buffer was lost or written twice";
     const QDir stage(container.dataFolder() + QStringLiteral("/ShareFull"));
-    EXPECT_EQ(stage.entryList(QDir::Files | QDir::Hidden).size(), expected) << "temporary files left behind";
+    EXPECT_EQ(stage.entryList(QDir::Files | QDir::Hidden).size(), expected)
+        << "temporary files left behind";
 }
 
 } // namespace

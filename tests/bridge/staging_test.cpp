@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-
 #include "bridge/ExtensionUtilities.h"
 #include "platform/Log.h"
 
@@ -19,24 +18,21 @@ const QString kService = QStringLiteral("ShareFull");
 
 class Staging : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         ExtensionUtilities::ShareInit(kService);
         log.clear();
     }
 
     QString stage() const { return container.dataFolder() + QStringLiteral("/ShareFull"); }
-    QString source(const QString& relative, const QByteArray& bytes) const
-    {
+    QString source(const QString& relative, const QByteArray& bytes) const {
         const QString path = sources.filePath(relative);
         writeFile(path, bytes);
         return path;
     }
     // Every entry of the staging folder, hidden ones included, so leftovers show.
-    QStringList stagedEntries() const
-    {
-        return QDir(stage()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                       QDir::Name);
+    QStringList stagedEntries() const {
+        return QDir(stage()).entryList(
+            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     }
 
     velmora::test::TempContainer container;
@@ -44,8 +40,7 @@ protected:
     LogCapture log;
 };
 
-TEST(StagingInit, FirstRunReportsTheMissingFolderTwiceAndCreatesIt)
-{
+TEST(StagingInit, FirstRunReportsTheMissingFolderTwiceAndCreatesIt) {
     const velmora::test::TempContainer container;
     LogCapture log;
     ExtensionUtilities::ShareInit(kService);
@@ -59,8 +54,7 @@ TEST(StagingInit, FirstRunReportsTheMissingFolderTwiceAndCreatesIt)
     EXPECT_TRUE(QFileInfo(container.dataFolder() + QStringLiteral("/ShareFull")).isDir());
 }
 
-TEST_F(Staging, InitEmptiesWhatAnEarlierShareLeftWithoutALogLine)
-{
+TEST_F(Staging, InitEmptiesWhatAnEarlierShareLeftWithoutALogLine) {
     ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "a")});
     writeFile(stage() + QStringLiteral("/deep/inner.txt"), "x");
     log.clear();
@@ -69,15 +63,15 @@ TEST_F(Staging, InitEmptiesWhatAnEarlierShareLeftWithoutALogLine)
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
 }
 
-TEST_F(Staging, FilesKeepTheirNamesContentAndModeAndCollideIntoNumberedNames)
-{
+TEST_F(Staging, FilesKeepTheirNamesContentAndModeAndCollideIntoNumberedNames) {
     const QString first = source(QStringLiteral("one/photo.jpg"), "first");
     const QString second = source(QStringLiteral("two/photo.jpg"), "second");
     const QString readme = source(QStringLiteral("README"), "readme");
     ::chmod(QFile::encodeName(readme).constData(), 0750);
 
     const QStringList staged = ExtensionUtilities::ShareFiles(kService, {first, second, readme});
-    EXPECT_EQ(staged, (QStringList{stage() + QStringLiteral("/photo.jpg"), stage() + QStringLiteral("/photo_1.jpg"),
+    EXPECT_EQ(staged, (QStringList{stage() + QStringLiteral("/photo.jpg"),
+                                   stage() + QStringLiteral("/photo_1.jpg"),
                                    stage() + QStringLiteral("/README")}));
     EXPECT_EQ(readFile(staged[0]), "first");
     EXPECT_EQ(readFile(staged[1]), "second");
@@ -87,30 +81,31 @@ TEST_F(Staging, FilesKeepTheirNamesContentAndModeAndCollideIntoNumberedNames)
     EXPECT_TRUE(log.lines().isEmpty());
 
     // A later share of the same names continues the numbering.
-    EXPECT_EQ(ExtensionUtilities::ShareFiles(kService, {first}), QStringList{stage() + QStringLiteral("/photo_2.jpg")});
+    EXPECT_EQ(ExtensionUtilities::ShareFiles(kService, {first}),
+              QStringList{stage() + QStringLiteral("/photo_2.jpg")});
 }
 
-TEST_F(Staging, LargeFileIsCopiedExactly)
-{
+TEST_F(Staging, LargeFileIsCopiedExactly) {
     QByteArray bytes(8 * 1024 * 1024 + 3, Qt::Uninitialized);
     QRandomGenerator rng(7);
     rng.fillRange(reinterpret_cast<quint32*>(bytes.data()), bytes.size() / 4);
-    const QStringList staged = ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("big.bin"), bytes)});
+    const QStringList staged =
+        ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("big.bin"), bytes)});
     ASSERT_EQ(staged.size(), 1);
     EXPECT_TRUE(readFile(staged[0]) == bytes);
 }
 
-TEST_F(Staging, FolderIsCopiedWholeWithItsLinks)
-{
+TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
     source(QStringLiteral("album/a.jpg"), "A");
     source(QStringLiteral("album/sub/b.jpg"), "B");
     source(QStringLiteral("album/sub/deeper/c.txt"), "C");
     QDir(sources.path()).mkpath(QStringLiteral("album/empty"));
-    ASSERT_TRUE(QFile::link(QStringLiteral("sub/b.jpg"), sources.filePath(QStringLiteral("album/link.jpg"))));
+    ASSERT_TRUE(QFile::link(QStringLiteral("sub/b.jpg"),
+                            sources.filePath(QStringLiteral("album/link.jpg"))));
 
     // The clean path names the copy: "album/sub/.." is "album".
-    const QStringList staged =
-        ExtensionUtilities::ShareFiles(kService, {sources.filePath(QStringLiteral("album/sub/.."))});
+    const QStringList staged = ExtensionUtilities::ShareFiles(
+        kService, {sources.filePath(QStringLiteral("album/sub/.."))});
     ASSERT_EQ(staged, QStringList{stage() + QStringLiteral("/album")});
     EXPECT_EQ(readFile(staged[0] + QStringLiteral("/a.jpg")), "A");
     EXPECT_EQ(readFile(staged[0] + QStringLiteral("/sub/b.jpg")), "B");
@@ -121,8 +116,7 @@ TEST_F(Staging, FolderIsCopiedWholeWithItsLinks)
     EXPECT_EQ(stagedEntries(), (QStringList{QStringLiteral("album")}));
 }
 
-TEST_F(Staging, UnreadableSourcesAreLoggedAndLeftOutWithoutHarmingOthers)
-{
+TEST_F(Staging, UnreadableSourcesAreLoggedAndLeftOutWithoutHarmingOthers) {
     const QString fifo = sources.filePath(QStringLiteral("pipe"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
     const QString good = source(QStringLiteral("good.txt"), "good");
@@ -130,7 +124,8 @@ TEST_F(Staging, UnreadableSourcesAreLoggedAndLeftOutWithoutHarmingOthers)
     const QStringList staged = ExtensionUtilities::ShareFiles(
         kService, {sources.filePath(QStringLiteral("vanished.txt")), fifo, good});
     EXPECT_EQ(staged, QStringList{stage() + QStringLiteral("/good.txt")});
-    const QStringList errors = log.linesStartingWith(u"[***ERROR***] Error writing file shareFiles ");
+    const QStringList errors =
+        log.linesStartingWith(u"[***ERROR***] Error writing file shareFiles ");
     ASSERT_EQ(errors.size(), 2) << log.lines().join(u'\n').toStdString();
     EXPECT_TRUE(errors[0].contains(QStringLiteral("vanished.txt")));
     EXPECT_TRUE(errors[1].contains(QStringLiteral("pipe")));
@@ -138,10 +133,11 @@ TEST_F(Staging, UnreadableSourcesAreLoggedAndLeftOutWithoutHarmingOthers)
     EXPECT_EQ(stagedEntries(), QStringList{QStringLiteral("good.txt")});
 }
 
-TEST_F(Staging, ImageDataIsNumberedFromImagePng)
-{
-    const QStringList staged = ExtensionUtilities::ShareDatas(kService, {"one", "two", QByteArray()});
-    EXPECT_EQ(staged, (QStringList{stage() + QStringLiteral("/image.png"), stage() + QStringLiteral("/image_1.png"),
+TEST_F(Staging, ImageDataIsNumberedFromImagePng) {
+    const QStringList staged =
+        ExtensionUtilities::ShareDatas(kService, {"one", "two", QByteArray()});
+    EXPECT_EQ(staged, (QStringList{stage() + QStringLiteral("/image.png"),
+                                   stage() + QStringLiteral("/image_1.png"),
                                    stage() + QStringLiteral("/image_2.png")}));
     EXPECT_EQ(readFile(staged[0]), "one");
     EXPECT_EQ(readFile(staged[1]), "two");
@@ -150,15 +146,15 @@ TEST_F(Staging, ImageDataIsNumberedFromImagePng)
     EXPECT_EQ(stagedEntries().size(), 3);
 }
 
-TEST(StagingWithoutContainer, EveryOperationLogsItsCoordinationLine)
-{
+TEST(StagingWithoutContainer, EveryOperationLogsItsCoordinationLine) {
     QTemporaryDir dir;
     writeFile(dir.filePath(QStringLiteral("file")), "x");
-    const velmora::test::ScopedEnv container("VELMORA_GROUP_CONTAINER",
-                                             QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
+    const velmora::test::ScopedEnv container(
+        "VELMORA_GROUP_CONTAINER", QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
     LogCapture log;
     ExtensionUtilities::ShareInit(kService);
-    EXPECT_TRUE(ExtensionUtilities::ShareFiles(kService, {dir.filePath(QStringLiteral("file"))}).isEmpty());
+    EXPECT_TRUE(
+        ExtensionUtilities::ShareFiles(kService, {dir.filePath(QStringLiteral("file"))}).isEmpty());
     EXPECT_TRUE(ExtensionUtilities::ShareDatas(kService, {"png"}).isEmpty());
     const QStringList lines = log.lines();
     ASSERT_EQ(lines.size(), 3) << lines.join(u'\n').toStdString();

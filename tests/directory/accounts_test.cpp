@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-
 #include "bridge/ExtensionUtilities.h"
 #include "directory/ExtensionAccount.h"
 #include "platform/Log.h"
@@ -12,16 +11,15 @@ namespace {
 class AccountsFile : public ::testing::TestWithParam<bool> {
 protected:
     bool binary() const { return GetParam(); }
-    void write(const QByteArray& json)
-    {
-        if (!velmora::test::writePlist(container.dataFolder() + QStringLiteral("/Accounts.plist"), json, binary()))
+    void write(const QByteArray& json) {
+        if (!velmora::test::writePlist(container.dataFolder() + QStringLiteral("/Accounts.plist"),
+                                       json, binary()))
             GTEST_SKIP() << "python3 is needed to write property lists";
     }
     velmora::test::TempContainer container;
 };
 
-TEST_P(AccountsFile, ReadsEveryKeyWithItsDefaultsAndConversions)
-{
+TEST_P(AccountsFile, ReadsEveryKeyWithItsDefaultsAndConversions) {
     write(R"([
         {},
         {"mail": "ada@x.test", "name": "Ada", "type": "3", "enabled": "YES",
@@ -60,8 +58,7 @@ TEST_P(AccountsFile, ReadsEveryKeyWithItsDefaultsAndConversions)
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
 }
 
-TEST_P(AccountsFile, WrongTypesEndTheReadingButKeepTheRecord)
-{
+TEST_P(AccountsFile, WrongTypesEndTheReadingButKeepTheRecord) {
     write(R"([
         {"mail": "b@x.test", "name": "B", "type": 2, "enabled": true, "aliases": "oops"},
         {"mail": "c@x.test", "aliases": ["not a dictionary", {"mail": "ok@x.test"}]},
@@ -93,8 +90,7 @@ TEST_P(AccountsFile, WrongTypesEndTheReadingButKeepTheRecord)
     EXPECT_EQ(log.linesStartingWith(u"ExtensionAlias initWithDictonary ").size(), 1);
 }
 
-TEST_P(AccountsFile, RootThatIsNotAnArrayReadsAsNoAccounts)
-{
+TEST_P(AccountsFile, RootThatIsNotAnArrayReadsAsNoAccounts) {
     write(R"({"mail": "a@x.test"})");
     EXPECT_TRUE(ExtensionUtilities::Accounts().isEmpty());
 }
@@ -102,8 +98,7 @@ TEST_P(AccountsFile, RootThatIsNotAnArrayReadsAsNoAccounts)
 INSTANTIATE_TEST_SUITE_P(Formats, AccountsFile, ::testing::Values(false, true),
                          [](const auto& info) { return info.param ? "binary" : "xml"; });
 
-TEST(Accounts, MissingOrMalformedFileIsNoAccountsWithoutALogLine)
-{
+TEST(Accounts, MissingOrMalformedFileIsNoAccountsWithoutALogLine) {
     const velmora::test::TempContainer container;
     LogCapture log;
     EXPECT_TRUE(ExtensionUtilities::Accounts().isEmpty());
@@ -112,21 +107,21 @@ TEST(Accounts, MissingOrMalformedFileIsNoAccountsWithoutALogLine)
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
-TEST(Accounts, BetaBuildReadsTheBetaDataFolder)
-{
+TEST(Accounts, BetaBuildReadsTheBetaDataFolder) {
     const velmora::test::TempContainer container("it.zemlo.velmora.beta10.share");
-    container.writeData(QStringLiteral("Accounts.plist"),
-                        "<plist><array><dict><key>mail</key><string>beta@x.test</string></dict></array></plist>");
+    container.writeData(
+        QStringLiteral("Accounts.plist"),
+        "<plist><array><dict><key>mail</key><string>beta@x.test</string></dict></array></plist>");
     const auto accounts = ExtensionUtilities::Accounts();
     ASSERT_EQ(accounts.size(), 1);
     EXPECT_EQ(accounts[0]->mail(), QStringLiteral("beta@x.test"));
 }
 
-TEST(Accounts, NoContainerLogsTheCoordinationError)
-{
+TEST(Accounts, NoContainerLogsTheCoordinationError) {
     QTemporaryDir dir;
     velmora::test::writeFile(dir.filePath(QStringLiteral("file")), "x");
-    const velmora::test::ScopedEnv env("VELMORA_GROUP_CONTAINER", QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
+    const velmora::test::ScopedEnv env("VELMORA_GROUP_CONTAINER",
+                                       QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
     LogCapture log;
     EXPECT_TRUE(ExtensionUtilities::Accounts().isEmpty());
     EXPECT_EQ(log.linesStartingWith(u"[***ERROR***] NSFileCoordinator Accounts ").size(), 1);

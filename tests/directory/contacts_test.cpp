@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-
 #include "bridge/ExtensionUtilities.h"
 #include "directory/ExtensionAddress.h"
 #include "platform/Log.h"
@@ -12,16 +11,15 @@ namespace {
 
 class ContactsFiles : public ::testing::TestWithParam<bool> {
 protected:
-    void write(const QString& name, const QByteArray& json)
-    {
-        if (!velmora::test::writePlist(container.dataFolder() + QStringLiteral("/Contacts/") + name, json, GetParam()))
+    void write(const QString& name, const QByteArray& json) {
+        if (!velmora::test::writePlist(container.dataFolder() + QStringLiteral("/Contacts/") + name,
+                                       json, GetParam()))
             GTEST_SKIP() << "python3 is needed to write property lists";
     }
     velmora::test::TempContainer container;
 };
 
-TEST_P(ContactsFiles, AddressesReadWithDefaultsAndShowTheirNames)
-{
+TEST_P(ContactsFiles, AddressesReadWithDefaultsAndShowTheirNames) {
     write(QStringLiteral("Addresses.plist"), R"([
         {},
         {"mail": "ada@x.test", "firstName": "Ada", "lastName": "", "rank": 12},
@@ -30,7 +28,8 @@ TEST_P(ContactsFiles, AddressesReadWithDefaultsAndShowTheirNames)
         {"mail": "g@x.test", "firstName": "Grace", "lastName": "Hopper", "company": "Navy"},
         {"mail": "", "firstName": "Nobody"}
     ])");
-    write(QStringLiteral("Groups.plist"), R"([{"idx": "1", "name": "Team", "addresses": [{"mail": "a@x.test"}]}])");
+    write(QStringLiteral("Groups.plist"),
+          R"([{"idx": "1", "name": "Team", "addresses": [{"mail": "a@x.test"}]}])");
     LogCapture log;
     const AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
     ASSERT_EQ(book.addresses.size(), 6);
@@ -55,8 +54,7 @@ TEST_P(ContactsFiles, AddressesReadWithDefaultsAndShowTheirNames)
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
 }
 
-TEST_P(ContactsFiles, MalformedAddressIsLoggedAndKeptPartlyFilled)
-{
+TEST_P(ContactsFiles, MalformedAddressIsLoggedAndKeptPartlyFilled) {
     write(QStringLiteral("Addresses.plist"), R"([
         {"mail": "r@x.test", "firstName": "R", "rank": {"not": "a number"}},
         ["not", "a", "dictionary"],
@@ -75,8 +73,7 @@ TEST_P(ContactsFiles, MalformedAddressIsLoggedAndKeptPartlyFilled)
 INSTANTIATE_TEST_SUITE_P(Formats, ContactsFiles, ::testing::Values(false, true),
                          [](const auto& info) { return info.param ? "binary" : "xml"; });
 
-TEST(Contacts, MissingFolderIsCreatedAndReadsAsEmpty)
-{
+TEST(Contacts, MissingFolderIsCreatedAndReadsAsEmpty) {
     const velmora::test::TempContainer container;
     LogCapture log;
     const AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
@@ -86,8 +83,7 @@ TEST(Contacts, MissingFolderIsCreatedAndReadsAsEmpty)
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
-TEST(Contacts, FolderThatCannotBeCreatedIsLogged)
-{
+TEST(Contacts, FolderThatCannotBeCreatedIsLogged) {
     const velmora::test::TempContainer container;
     QDir().mkpath(container.dataFolder());
     // A dangling link takes the folder's name, so the folder cannot be made.
@@ -99,16 +95,17 @@ TEST(Contacts, FolderThatCannotBeCreatedIsLogged)
         << log.lines().join(u'\n').toStdString();
 }
 
-TEST(ContactGroup, ReadsMembersAndShowsTheirCount)
-{
+TEST(ContactGroup, ReadsMembersAndShowsTheirCount) {
     auto dict = [](const QStringList& mails) {
         QVariantList members;
         for (const QString& m : mails)
             members.append(QVariantMap{{QStringLiteral("mail"), m}});
-        return QVariantMap{{QStringLiteral("idx"), QStringLiteral("7")}, {QStringLiteral("name"), QStringLiteral("Team")},
+        return QVariantMap{{QStringLiteral("idx"), QStringLiteral("7")},
+                           {QStringLiteral("name"), QStringLiteral("Team")},
                            {QStringLiteral("addresses"), members}};
     };
-    const auto team = ExtensionGroup::initWithDictonary(dict({QStringLiteral("a@x"), QStringLiteral("b@x"), QStringLiteral("c@x")}));
+    const auto team = ExtensionGroup::initWithDictonary(
+        dict({QStringLiteral("a@x"), QStringLiteral("b@x"), QStringLiteral("c@x")}));
     EXPECT_EQ(team->idx(), QStringLiteral("7"));
     EXPECT_EQ(team->prettyprint(), QStringLiteral("Team (3)"));
     EXPECT_EQ(team->addresses().at(2)->mail(), QStringLiteral("c@x"));
@@ -121,7 +118,8 @@ TEST(ContactGroup, ReadsMembersAndShowsTheirCount)
 
     LogCapture log;
     const auto broken = ExtensionGroup::initWithDictonary(
-        QVariantMap{{QStringLiteral("name"), QStringLiteral("B")}, {QStringLiteral("addresses"), QStringLiteral("x")}});
+        QVariantMap{{QStringLiteral("name"), QStringLiteral("B")},
+                    {QStringLiteral("addresses"), QStringLiteral("x")}});
     EXPECT_EQ(broken->name(), QStringLiteral("B"));
     EXPECT_EQ(log.linesStartingWith(u"ExtensionGroup initWithDictonary ").size(), 1);
 }

@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-
 #include "platform/FileCoordinator.h"
 
 #include <QFileInfo>
@@ -11,8 +10,7 @@
 
 using namespace velmora;
 
-TEST(FileCoordinator, AccessorsOfOneItemNeverOverlap)
-{
+TEST(FileCoordinator, AccessorsOfOneItemNeverOverlap) {
     QTemporaryDir dir;
     const QString item = dir.path() + QStringLiteral("/ShareFull");
     std::atomic<int> inside{0};
@@ -22,14 +20,15 @@ TEST(FileCoordinator, AccessorsOfOneItemNeverOverlap)
     for (int t = 0; t < 8; ++t) {
         threads.emplace_back([&] {
             for (int i = 0; i < 50; ++i) {
-                const auto error = FileCoordinator::coordinateWritingItemAtPath(item, [&](const QString& path) {
-                    if (inside.fetch_add(1) != 0)
-                        overlaps.fetch_add(1);
-                    EXPECT_EQ(path, item);
-                    std::this_thread::yield();
-                    inside.fetch_sub(1);
-                    runs.fetch_add(1);
-                });
+                const auto error =
+                    FileCoordinator::coordinateWritingItemAtPath(item, [&](const QString& path) {
+                        if (inside.fetch_add(1) != 0)
+                            overlaps.fetch_add(1);
+                        EXPECT_EQ(path, item);
+                        std::this_thread::yield();
+                        inside.fetch_sub(1);
+                        runs.fetch_add(1);
+                    });
                 EXPECT_FALSE(error.has_value());
             }
         });
@@ -41,24 +40,24 @@ TEST(FileCoordinator, AccessorsOfOneItemNeverOverlap)
     EXPECT_TRUE(QFileInfo::exists(dir.path() + QStringLiteral("/.ShareFull.lock")));
 }
 
-TEST(FileCoordinator, LockIsReleasedWhenTheAccessorThrows)
-{
+TEST(FileCoordinator, LockIsReleasedWhenTheAccessorThrows) {
     QTemporaryDir dir;
     const QString item = dir.path() + QStringLiteral("/Accounts.plist");
     EXPECT_THROW(FileCoordinator::coordinateWritingItemAtPath(
                      item, [](const QString&) { throw std::runtime_error("boom"); }),
                  std::runtime_error);
     bool ran = false;
-    EXPECT_FALSE(FileCoordinator::coordinateWritingItemAtPath(item, [&](const QString&) { ran = true; }));
+    EXPECT_FALSE(
+        FileCoordinator::coordinateWritingItemAtPath(item, [&](const QString&) { ran = true; }));
     EXPECT_TRUE(ran);
 }
 
-TEST(FileCoordinator, MissingItemOrUnusableFolderIsAnErrorAndTheAccessorDoesNotRun)
-{
+TEST(FileCoordinator, MissingItemOrUnusableFolderIsAnErrorAndTheAccessorDoesNotRun) {
     QTemporaryDir dir;
     velmora::test::writeFile(dir.path() + QStringLiteral("/file"), "x");
     bool ran = false;
-    const auto noContainer = FileCoordinator::coordinateWritingItemAtPath(QString(), [&](const QString&) { ran = true; });
+    const auto noContainer = FileCoordinator::coordinateWritingItemAtPath(
+        QString(), [&](const QString&) { ran = true; });
     const auto underFile = FileCoordinator::coordinateWritingItemAtPath(
         dir.path() + QStringLiteral("/file/ShareFull"), [&](const QString&) { ran = true; });
     EXPECT_TRUE(noContainer.has_value());

@@ -1,15 +1,14 @@
 #include "platform/Log.h"
 
 #include <gtest/gtest.h>
-
 #include <thread>
 #include <vector>
 
 using namespace velmora;
 
-TEST(Log, PlaceholdersTakeArgumentsInOrder)
-{
-    EXPECT_EQ(Log::format(u"[%@] shareInit delete %@", {QStringLiteral("***ERROR***"), QStringLiteral("gone")}),
+TEST(Log, PlaceholdersTakeArgumentsInOrder) {
+    EXPECT_EQ(Log::format(u"[%@] shareInit delete %@",
+                          {QStringLiteral("***ERROR***"), QStringLiteral("gone")}),
               QStringLiteral("[***ERROR***] shareInit delete gone"));
     EXPECT_EQ(Log::format(u"exchangeDate %@", {QStringLiteral("50%@ off")}),
               QStringLiteral("exchangeDate 50%@ off"));
@@ -17,8 +16,7 @@ TEST(Log, PlaceholdersTakeArgumentsInOrder)
     EXPECT_EQ(Log::format(u"100% %d", {QStringLiteral("x")}), QStringLiteral("100% %d"));
 }
 
-TEST(Log, CaptureSeesErrorLinesFromEveryThread)
-{
+TEST(Log, CaptureSeesErrorLinesFromEveryThread) {
     LogCapture capture;
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i)
@@ -27,12 +25,13 @@ TEST(Log, CaptureSeesErrorLinesFromEveryThread)
         t.join();
     QStringList lines = capture.linesStartingWith(u"[***ERROR***] step ");
     lines.sort();
-    EXPECT_EQ(lines, (QStringList{QStringLiteral("[***ERROR***] step 0"), QStringLiteral("[***ERROR***] step 1"),
-                                  QStringLiteral("[***ERROR***] step 2"), QStringLiteral("[***ERROR***] step 3")}));
+    EXPECT_EQ(lines, (QStringList{QStringLiteral("[***ERROR***] step 0"),
+                                  QStringLiteral("[***ERROR***] step 1"),
+                                  QStringLiteral("[***ERROR***] step 2"),
+                                  QStringLiteral("[***ERROR***] step 3")}));
 }
 
-TEST(Log, CaptureEndsWithItsScope)
-{
+TEST(Log, CaptureEndsWithItsScope) {
     LogCapture outer;
     {
         LogCapture inner;

@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-
 #include "platform/PropertyList.h"
 
 #include <QVariantList>
@@ -8,15 +7,13 @@ using namespace velmora;
 
 namespace {
 
-QVariantList visitAll(const QString& path, bool* ok)
-{
+QVariantList visitAll(const QString& path, bool* ok) {
     QVariantList seen;
     *ok = PropertyList::forEachArrayElementInFile(path, [&](const QVariant& e) { seen.append(e); });
     return seen;
 }
 
-TEST(PropertyListFile, StreamsTheRootArrayInOrderAndAgreesWithTheWholeRead)
-{
+TEST(PropertyListFile, StreamsTheRootArrayInOrderAndAgreesWithTheWholeRead) {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("a.plist"));
     velmora::test::writeFile(path, "<plist><array><dict><key>n</key><integer>1</integer></dict>"
@@ -30,8 +27,7 @@ TEST(PropertyListFile, StreamsTheRootArrayInOrderAndAgreesWithTheWholeRead)
     EXPECT_EQ(QVariant(seen), PropertyList::arrayWithContentsOfFile(path));
 }
 
-TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray)
-{
+TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     QTemporaryDir dir;
     const QString broken = dir.filePath(QStringLiteral("broken.plist"));
     velmora::test::writeFile(broken, "<plist><array><string>a</string><string>b</string>"
@@ -49,13 +45,13 @@ TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray)
     EXPECT_FALSE(ok);
 }
 
-TEST(PropertyListFile, BinaryElementsThatShareObjectsAreEachComplete)
-{
+TEST(PropertyListFile, BinaryElementsThatShareObjectsAreEachComplete) {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("shared.plist"));
     // plistlib writes equal strings once, so both dictionaries refer to the same key and value
     // objects; the second element must not lose them when the first is released.
-    if (!velmora::test::writePlist(path, R"([{"mail": "same@x.test"}, {"mail": "same@x.test"}, "same@x.test"])", true))
+    if (!velmora::test::writePlist(
+            path, R"([{"mail": "same@x.test"}, {"mail": "same@x.test"}, "same@x.test"])", true))
         GTEST_SKIP() << "python3 is needed to write property lists";
     bool ok = false;
     const QVariantList seen = visitAll(path, &ok);

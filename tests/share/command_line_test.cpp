@@ -11,8 +11,7 @@ struct ShareRun {
     QString err;
 };
 
-ShareRun runShare(const QStringList& args)
-{
+ShareRun runShare(const QStringList& args) {
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.remove(QStringLiteral("VELMORA_GROUP_CONTAINER"));
@@ -21,44 +20,47 @@ ShareRun runShare(const QStringList& args)
     p.start(QStringLiteral(VELMORA_SHARE), args);
     if (!p.waitForFinished(60000))
         return {};
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
+            QString::fromUtf8(p.readAllStandardError())};
 }
 
-TEST(CommandLine, HelpAndVersion)
-{
+TEST(CommandLine, HelpAndVersion) {
     const ShareRun help = runShare({QStringLiteral("--help")});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_TRUE(help.out.contains(QStringLiteral("--container"))) << help.out.toStdString();
     const ShareRun version = runShare({QStringLiteral("--version")});
     EXPECT_EQ(version.exitCode, 0);
-    EXPECT_TRUE(version.out.startsWith(QStringLiteral("velmora-share "))) << version.out.toStdString();
+    EXPECT_TRUE(version.out.startsWith(QStringLiteral("velmora-share ")))
+        << version.out.toStdString();
     const ShareRun bad = runShare({QStringLiteral("--no-such-option")});
     EXPECT_EQ(bad.exitCode, 2);
     EXPECT_TRUE(bad.err.contains(QStringLiteral("no-such-option")));
 }
 
-TEST(CommandLine, MissingItemIsAUsageErrorBeforeAnythingIsTouched)
-{
+TEST(CommandLine, MissingItemIsAUsageErrorBeforeAnythingIsTouched) {
     QTemporaryDir container;
     const QString earlier = container.filePath(QStringLiteral("SharedData/ShareFull/earlier.txt"));
     velmora::test::writeFile(earlier, "kept");
-    const ShareRun run = runShare({QStringLiteral("--container"), container.path(), container.filePath(QStringLiteral("nope.txt"))});
+    const ShareRun run = runShare({QStringLiteral("--container"), container.path(),
+                                   container.filePath(QStringLiteral("nope.txt"))});
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.err.contains(QStringLiteral("nope.txt"))) << run.err.toStdString();
     EXPECT_TRUE(QFileInfo::exists(earlier));
 }
 
-TEST(CommandLine, StagesItemsIntoTheGivenContainerAndReportsThem)
-{
+TEST(CommandLine, StagesItemsIntoTheGivenContainerAndReportsThem) {
     QTemporaryDir container;
     QTemporaryDir files;
     velmora::test::writeFile(files.filePath(QStringLiteral("a/notes.txt")), "one");
     velmora::test::writeFile(files.filePath(QStringLiteral("b/notes.txt")), "two");
-    velmora::test::writeFile(container.filePath(QStringLiteral("SharedDataBeta/Accounts.plist")),
-                             "<plist><array><dict><key>mail</key><string>ada@x.test</string></dict></array></plist>");
-    const ShareRun run = runShare({QStringLiteral("--container"), container.path(), QStringLiteral("--bundle-id"),
-                              QStringLiteral("it.zemlo.velmora.beta8.share"), files.filePath(QStringLiteral("a/notes.txt")),
-                              files.filePath(QStringLiteral("b/notes.txt"))});
+    velmora::test::writeFile(
+        container.filePath(QStringLiteral("SharedDataBeta/Accounts.plist")),
+        "<plist><array><dict><key>mail</key><string>ada@x.test</string></dict></array></plist>");
+    const ShareRun run =
+        runShare({QStringLiteral("--container"), container.path(), QStringLiteral("--bundle-id"),
+                  QStringLiteral("it.zemlo.velmora.beta8.share"),
+                  files.filePath(QStringLiteral("a/notes.txt")),
+                  files.filePath(QStringLiteral("b/notes.txt"))});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     const QString stage = container.filePath(QStringLiteral("SharedDataBeta/ShareFull"));
     EXPECT_EQ(velmora::test::readFile(stage + QStringLiteral("/notes.txt")), "one");

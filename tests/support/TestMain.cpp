@@ -1,11 +1,9 @@
 #include <QGuiApplication>
 
+#include <ctime>
 #include <gtest/gtest.h>
 
-#include <ctime>
-
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     // Tests never read the developer's own data: the environment comes from CTest, and each
     // test that needs a container makes its own.
     ::testing::InitGoogleTest(&argc, argv);

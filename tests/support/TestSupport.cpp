@@ -8,27 +8,24 @@
 
 #include <ostream>
 
-void PrintTo(const QString& s, std::ostream* os)
-{
+void PrintTo(const QString& s, std::ostream* os) {
     *os << '"' << s.toStdString() << '"';
 }
 
-void PrintTo(const QByteArray& s, std::ostream* os)
-{
+void PrintTo(const QByteArray& s, std::ostream* os) {
     *os << '"' << s.toStdString() << '"';
 }
 
 namespace velmora::test {
 
-ScopedEnv::ScopedEnv(const char* name, const QByteArray& value) : m_name(name)
-{
+ScopedEnv::ScopedEnv(const char* name, const QByteArray& value)
+    : m_name(name) {
     if (qEnvironmentVariableIsSet(name))
         m_old = qgetenv(name);
     qputenv(name, value);
 }
 
-ScopedEnv::~ScopedEnv()
-{
+ScopedEnv::~ScopedEnv() {
     if (m_old)
         qputenv(m_name.constData(), *m_old);
     else
@@ -37,41 +34,35 @@ ScopedEnv::~ScopedEnv()
 
 TempContainer::TempContainer(const QByteArray& bundleId)
     : m_container("VELMORA_GROUP_CONTAINER", QFile::encodeName(m_dir.path()))
-    , m_bundle("VELMORA_BUNDLE_ID", bundleId)
-{
-}
+    , m_bundle("VELMORA_BUNDLE_ID", bundleId) {}
 
-QString TempContainer::dataFolder() const
-{
-    const bool beta = qEnvironmentVariable("VELMORA_BUNDLE_ID").startsWith(u"it.zemlo.velmora.beta");
+QString TempContainer::dataFolder() const {
+    const bool beta =
+        qEnvironmentVariable("VELMORA_BUNDLE_ID").startsWith(u"it.zemlo.velmora.beta");
     return root() + (beta ? QStringLiteral("/SharedDataBeta") : QStringLiteral("/SharedData"));
 }
 
-QString TempContainer::writeData(const QString& relativePath, const QByteArray& bytes) const
-{
+QString TempContainer::writeData(const QString& relativePath, const QByteArray& bytes) const {
     const QString path = dataFolder() + u'/' + relativePath;
     writeFile(path, bytes);
     return path;
 }
 
-QByteArray readFile(const QString& path)
-{
+QByteArray readFile(const QString& path) {
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
         return {};
     return f.readAll();
 }
 
-void writeFile(const QString& path, const QByteArray& bytes)
-{
+void writeFile(const QString& path, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile f(path);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
         ADD_FAILURE() << "cannot write " << path.toStdString();
 }
 
-bool runPython(const QString& script, const QStringList& args)
-{
+bool runPython(const QString& script, const QStringList& args) {
     QString python = QStringLiteral(VELMORA_TEST_PYTHON);
     if (python.isEmpty() || !QFileInfo(python).isExecutable())
         python = QStandardPaths::findExecutable(QStringLiteral("python3"));
@@ -86,15 +77,15 @@ bool runPython(const QString& script, const QStringList& args)
     return true;
 }
 
-bool writePlist(const QString& path, const QByteArray& json, bool binary)
-{
+bool writePlist(const QString& path, const QByteArray& json, bool binary) {
     QDir().mkpath(QFileInfo(path).absolutePath());
     static const QString script = QStringLiteral(
         "import json, plistlib, sys\n"
         "value = json.loads(sys.argv[2])\n"
         "fmt = plistlib.FMT_BINARY if sys.argv[3] == 'binary' else plistlib.FMT_XML\n"
         "open(sys.argv[1], 'wb').write(plistlib.dumps(value, fmt=fmt))\n");
-    return runPython(script, {path, QString::fromUtf8(json), binary ? QStringLiteral("binary") : QStringLiteral("xml")});
+    return runPython(script, {path, QString::fromUtf8(json),
+                              binary ? QStringLiteral("binary") : QStringLiteral("xml")});
 }
 
 } // namespace velmora::test

@@ -5,7 +5,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
 #include <optional>
 
 // Prints Qt strings in gtest messages.
