@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/PropertyList.h"
+#include "platform/PropertyListPrivate.h"
 
 #include <QDateTime>
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <cmath>
 #include <cstdlib>
 
 namespace velmora::fuzz {
@@ -67,9 +69,47 @@ private:
     size_t m_checksum = 0;
 };
 
+// Equality of two trees within a budget of visits: shared references can make a small file a
+// tree too large to compare whole, and what the budget leaves unvisited counts as equal.
+inline bool boundedEqual(const QVariant& a, const QVariant& b, long& budget) {
+    if (--budget < 0)
+        return true;
+    if (a.typeId() != b.typeId())
+        return false;
+    if (a.typeId() == QMetaType::QVariantList) {
+        const QVariantList& x = *static_cast<const QVariantList*>(a.constData());
+        const QVariantList& y = *static_cast<const QVariantList*>(b.constData());
+        if (x.size() != y.size())
+            return false;
+        for (qsizetype i = 0; i < x.size(); ++i) {
+            if (!boundedEqual(x[i], y[i], budget))
+                return false;
+        }
+        return true;
+    }
+    if (a.typeId() == QMetaType::QVariantMap) {
+        const QVariantMap& x = *static_cast<const QVariantMap*>(a.constData());
+        const QVariantMap& y = *static_cast<const QVariantMap*>(b.constData());
+        if (x.size() != y.size())
+            return false;
+        for (auto i = x.cbegin(), j = y.cbegin(); i != x.cend(); ++i, ++j) {
+            if (i.key() != j.key() || !boundedEqual(i.value(), j.value(), budget))
+                return false;
+        }
+        return true;
+    }
+    // NaN is the one value unequal to itself; both readers give the same bits for it.
+    if (a.typeId() == QMetaType::Double && std::isnan(a.toDouble()))
+        return std::isnan(b.toDouble());
+    return a == b;
+}
+
 // Parses with small limits, so that the fuzzer reaches them, and walks whatever it gets.
-// A failure must come with its reason; a success with no reason.
-template <typename Parse> void parseAndWalk(const uint8_t* data, size_t size, Parse parse) {
+// A failure must come with its reason; a success with no reason. The element-by-element reader
+// must agree with the whole read: it succeeds exactly when the whole read gives an array, and
+// hands over the same elements in the same order.
+template <typename Parse, typename Stream>
+void parseAndWalk(const uint8_t* data, size_t size, Parse parse, Stream stream) {
     PropertyList::Limits limits;
     limits.maxInputBytes = 1 << 20;
     limits.maxDepth = 64;
@@ -80,6 +120,22 @@ template <typename Parse> void parseAndWalk(const uint8_t* data, size_t size, Pa
     const QVariant root = parse(bytes, &error, limits);
     if (root.isValid() == !error.isEmpty())
         std::abort();
+
+    QVariantList streamed;
+    bool streamedAll = true;
+    try {
+        stream(bytes, limits, [&](const QVariant& e) { streamed.append(e); });
+    } catch (const plist::Malformed&) {
+        streamedAll = false;
+    }
+    if (streamedAll != (root.typeId() == QMetaType::QVariantList))
+        std::abort();
+    if (streamedAll) {
+        long budget = 100000;
+        if (!boundedEqual(root, QVariant(streamed), budget))
+            std::abort();
+    }
+
     if (!root.isValid())
         return;
     PlistWalk walk(limits);

@@ -1,6 +1,13 @@
 #include "PlistWalk.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    velmora::fuzz::parseAndWalk(data, size, &velmora::PropertyList::fromXml);
+    // The streaming reader takes its buffer and parses it in place: it gets a copy.
+    velmora::fuzz::parseAndWalk(
+        data, size, &velmora::PropertyList::fromXml,
+        [](const QByteArray& bytes, const velmora::PropertyList::Limits& limits,
+           const velmora::plist::ElementVisitor& visit) {
+            velmora::plist::forEachXmlArrayElement(QByteArray(bytes.constData(), bytes.size()),
+                                                   limits, visit);
+        });
     return 0;
 }
