@@ -3,7 +3,6 @@
 #include "bridge/ExtensionUtilities.h"
 #include "directory/ExtensionAddress.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -131,11 +130,3 @@ BENCHMARK(BM_LoadContacts_Binary)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_LibplistParse_Binary)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
-
-int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -3,7 +3,6 @@
 // run starts with a clean page cache for writing and a warm one for reading, for both.
 #include "bridge/ExtensionUtilities.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -112,11 +111,3 @@ void BM_StageFileVersusCp(benchmark::State& state) {
 BENCHMARK(BM_StageFileVersusCp)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(10);
 
 } // namespace
-
-int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -80,6 +80,15 @@ struct KeyHash {
     size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
 };
 
+// Removes a leading "+" or "-" from s; true when it was "-".
+bool takeSign(std::string_view& s) {
+    if (s.empty() || (s.front() != '+' && s.front() != '-'))
+        return false;
+    const bool negative = s.front() == '-';
+    s.remove_prefix(1);
+    return negative;
+}
+
 class XmlReader {
 public:
     explicit XmlReader(const PropertyList::Limits& limits)
@@ -202,11 +211,7 @@ private:
     QVariant integer(const pugi::xml_node& node) {
         std::string_view s = trimmed(text(node));
         const std::string_view whole = s;
-        bool negative = false;
-        if (!s.empty() && (s.front() == '+' || s.front() == '-')) {
-            negative = s.front() == '-';
-            s.remove_prefix(1);
-        }
+        const bool negative = takeSign(s);
         int base = 10;
         if (s.size() > 2 && s[0] == '0' && (s[1] == 'x' || s[1] == 'X')) {
             base = 16;
@@ -228,11 +233,7 @@ private:
     QVariant real(const pugi::xml_node& node) {
         std::string_view s = trimmed(text(node));
         const std::string_view whole = s;
-        bool negative = false;
-        if (!s.empty() && (s.front() == '+' || s.front() == '-')) {
-            negative = s.front() == '-';
-            s.remove_prefix(1);
-        }
+        const bool negative = takeSign(s);
         // from_chars reads "nan", "inf" and "infinity" in any case, never a sign or a space.
         double d = 0;
         const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), d);
