@@ -56,7 +56,8 @@ public:
         open();
         const quint64 offset = objectOffset(m_topObject);
         const uchar marker = m_data[offset];
-        if ((marker >> 4) != 0xA)
+        // A set reads as a list, as it does in a whole read.
+        if ((marker >> 4) != 0xA && (marker >> 4) != 0xC)
             fail(m_topObject, QStringLiteral("is the root and not an array"));
         Cursor at{m_topObject, offset + 1};
         const quint64 n = count(at, marker & 0x0F);

@@ -339,10 +339,10 @@ private:
 
 namespace {
 
-// Parses data, which must outlive doc. With inPlace the document is built inside data's own
-// buffer (which it changes) instead of a copy of it.
-void loadDocument(pugi::xml_document& doc, QByteArray& data, bool inPlace,
-                  const PropertyList::Limits& limits) {
+// Parses data, which must outlive doc, in place: the document is built inside data's own buffer,
+// which it changes. Every caller parses this way, so all read a document alike (pugixml treats
+// a NUL inside its own copy of a buffer differently from one inside a buffer parsed in place).
+void loadDocument(pugi::xml_document& doc, QByteArray& data, const PropertyList::Limits& limits) {
     plist::checkInputSize(data.size(), limits);
     // pugixml never reads a DTD: the five predefined entities and character references are
     // all it expands, and a document type declaration is skipped. A whitespace-only
@@ -351,10 +351,7 @@ void loadDocument(pugi::xml_document& doc, QByteArray& data, bool inPlace,
     constexpr unsigned kOptions =
         pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
     const pugi::xml_parse_result parsed =
-        inPlace
-            ? doc.load_buffer_inplace(data.data(), size_t(data.size()), kOptions,
-                                      pugi::encoding_auto)
-            : doc.load_buffer(data.constData(), size_t(data.size()), kOptions, pugi::encoding_auto);
+        doc.load_buffer_inplace(data.data(), size_t(data.size()), kOptions, pugi::encoding_auto);
     if (!parsed)
         throw Malformed{QStringLiteral("%1 at byte %2")
                             .arg(QString::fromUtf8(parsed.description()))
@@ -368,7 +365,7 @@ namespace plist {
 void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
                             const ElementVisitor& visit) {
     pugi::xml_document doc;
-    loadDocument(doc, data, true, limits);
+    loadDocument(doc, data, limits);
     XmlReader(limits).forEachTopElement(doc, visit);
 }
 
@@ -377,8 +374,9 @@ void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
 QVariant PropertyList::fromXml(const QByteArray& data, QString* error, const Limits& limits) {
     return plist::guarded(QStringLiteral("XML property list"), error, [&] {
         pugi::xml_document doc;
-        QByteArray shared = data; // not detached: parsed from a copy, never in place
-        loadDocument(doc, shared, false, limits);
+        plist::checkInputSize(data.size(), limits);
+        QByteArray copy(data.constData(), data.size());
+        loadDocument(doc, copy, limits);
         return XmlReader(limits).read(doc);
     });
 }

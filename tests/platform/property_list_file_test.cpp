@@ -61,4 +61,27 @@ TEST(PropertyListFile, BinaryElementsThatShareObjectsAreEachComplete) {
     EXPECT_EQ(seen[1].toMap().value(QStringLiteral("mail")), seen[2]);
 }
 
+// Inputs on which the element-by-element reader once disagreed with the whole read.
+TEST(PropertyListFile, StreamingAgreesWithTheWholeReadOnOddInputs) {
+    QTemporaryDir dir;
+    // A NUL inside the markup.
+    const QString nul = dir.filePath(QStringLiteral("nul.plist"));
+    velmora::test::writeFile(nul, QByteArray("<array/\0>", 9));
+    bool ok = false;
+    const QVariantList seen = visitAll(nul, &ok);
+    const QVariant whole = PropertyList::arrayWithContentsOfFile(nul);
+    EXPECT_EQ(ok, whole.isValid());
+    EXPECT_EQ(QVariant(seen), ok ? whole : QVariant(QVariantList()));
+
+    // A binary root that is a set of two objects (true and "a"): a list either way.
+    const QString set = dir.filePath(QStringLiteral("set.plist"));
+    velmora::test::writeFile(
+        set, QByteArray::fromHex("62706c6973743030c20102095161080b0c0000000000000101000000000000000"
+                                 "30000000000000000000000000000000e"));
+    const QVariant wholeSet = PropertyList::arrayWithContentsOfFile(set);
+    ASSERT_EQ(wholeSet.typeId(), QMetaType::QVariantList);
+    EXPECT_EQ(QVariant(visitAll(set, &ok)), wholeSet);
+    EXPECT_TRUE(ok);
+}
+
 } // namespace
