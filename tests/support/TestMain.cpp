@@ -1,4 +1,10 @@
+#ifdef VELMORA_TEST_WIDGETS
+#include <QApplication>
+using TestApplication = QApplication;
+#else
 #include <QGuiApplication>
+using TestApplication = QGuiApplication;
+#endif
 
 #include <ctime>
 #include <gtest/gtest.h>
@@ -14,6 +20,10 @@ int main(int argc, char** argv) {
     qputenv("LANG", "C.UTF-8");
     qputenv("TZ", "Europe/Rome");
     tzset();
-    QGuiApplication app(argc, argv);
+    TestApplication app(argc, argv);
+#ifdef VELMORA_TEST_WIDGETS
+    // One style everywhere, so that sizes and pictures do not depend on the desktop.
+    QApplication::setStyle(QStringLiteral("Fusion"));
+#endif
     return RUN_ALL_TESTS();
 }

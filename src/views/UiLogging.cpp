@@ -1,0 +1,7 @@
+#include "views/UiLogging.h"
+
+namespace velmora {
+
+Q_LOGGING_CATEGORY(lcUi, "velmora.ui", QtInfoMsg)
+
+} // namespace velmora

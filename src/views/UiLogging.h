@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+namespace velmora {
+
+// The logging category of the widget library ("velmora.ui"): misuse of widgets, rendering
+// fall-backs and other user-interface events worth a line.
+Q_DECLARE_LOGGING_CATEGORY(lcUi)
+
+} // namespace velmora
