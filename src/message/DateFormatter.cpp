@@ -1,7 +1,5 @@
 #include "message/DateFormatter.h"
 
-#include <QTimeZone>
-
 namespace velmora {
 
 DateFormatter::DateFormatter(QLocale locale, QString pattern, Zone zone)
@@ -124,7 +122,7 @@ QDateTime DateFormatter::dateFromString(QStringView text) const {
     const QTime time(value[Field::Hour], value[Field::Minute], value[Field::Second]);
     if (!day.isValid() || !time.isValid())
         return {};
-    return m_zone == Zone::Utc ? QDateTime(day, time, QTimeZone::utc()) : QDateTime(day, time);
+    return m_zone == Zone::Utc ? QDateTime(day, time, Qt::UTC) : QDateTime(day, time);
 }
 
 } // namespace velmora

@@ -8,7 +8,6 @@
 #include "platform/Values.h"
 
 #include <QByteArray>
-#include <QTimeZone>
 
 #include <cmath>
 
@@ -31,7 +30,7 @@ QDateTime dateFromSeconds(float seconds) {
     // About 290,000 years either side of 1970: the milliseconds still fit in 64 bits.
     if (!std::isfinite(wide) || std::fabs(wide) > 9.0e12)
         return {};
-    return QDateTime::fromMSecsSinceEpoch(std::llround(wide * 1000.0), QTimeZone::utc());
+    return QDateTime::fromMSecsSinceEpoch(std::llround(wide * 1000.0), Qt::UTC);
 }
 
 // Base64 that skips every character outside the alphabet (line breaks, blanks); empty when what
