@@ -4,31 +4,47 @@
 #include <QStringDecoder>
 
 #include <array>
+#include <cstring>
 
 namespace velmora::RequestUtils {
 
 namespace {
 
-// How many characters each UTF-8 byte takes once encoded: 1 for the unreserved set, else 3.
-constexpr std::array<quint8, 256> makeCost() {
-    std::array<quint8, 256> cost{};
-    for (int b = 0; b < 256; ++b) {
+constexpr char16_t kHex[] = u"0123456789ABCDEF";
+
+// What each UTF-8 byte becomes: the byte itself for the unreserved set, else "%XY"; the
+// characters are packed into 64 bits so that one store writes any of them.
+struct Encoded {
+    quint64 chars;
+    quint8 length;
+};
+
+constexpr std::array<Encoded, 256> makeTable() {
+    std::array<Encoded, 256> table{};
+    for (unsigned b = 0; b < 256; ++b) {
         const bool unreserved = (b >= 'A' && b <= 'Z') || (b >= 'a' && b <= 'z') ||
                                 (b >= '0' && b <= '9') || b == '-' || b == '.' || b == '_' ||
                                 b == '~';
-        cost[b] = unreserved ? 1 : 3;
+        if (unreserved) {
+            table[b] = {b, 1};
+        } else {
+            // Little-endian order: the first character in the lowest 16 bits.
+            table[b] = {quint64(u'%') | quint64(kHex[b >> 4]) << 16 | quint64(kHex[b & 0xF]) << 32,
+                        3};
+        }
     }
-    return cost;
+    return table;
 }
 
-constexpr std::array<quint8, 256> kCost = makeCost();
-constexpr char16_t kHex[] = u"0123456789ABCDEF";
+constexpr std::array<Encoded, 256> kTable = makeTable();
 
-inline char16_t* putEscape(char16_t* out, unsigned byte) {
-    out[0] = u'%';
-    out[1] = kHex[byte >> 4];
-    out[2] = kHex[byte & 0xF];
-    return out + 3;
+// Writes one byte's encoding. Always stores four characters (the buffer has room for them past
+// its end) and moves on by the real length: no branch on whether the byte is escaped, which
+// in prose is too irregular to predict.
+inline char16_t* put(char16_t* out, unsigned byte) {
+    const Encoded& e = kTable[byte];
+    std::memcpy(out, &e.chars, sizeof e.chars);
+    return out + e.length;
 }
 
 inline bool isHigh(char16_t c) {
@@ -45,7 +61,7 @@ qsizetype encodedLength(const char16_t* in, qsizetype n) {
     for (qsizetype i = 0; i < n; ++i) {
         const char16_t c = in[i];
         if (c < 0x80) {
-            length += kCost[c];
+            length += kTable[c].length;
         } else if (c < 0x800) {
             length += 6;
         } else if (isHigh(c) && i + 1 < n && isLow(in[i + 1])) {
@@ -81,36 +97,36 @@ QString URLEncodedString(QStringView text) {
     if (length == n)
         return text.toString();
 
-    // One pass from UTF-16 straight to escaped UTF-8, into a buffer of the exact size: non-ASCII
-    // bytes are always escaped, so they never need the table.
-    QString out(length, Qt::Uninitialized);
+    // One pass from UTF-16 straight to escaped UTF-8, into a buffer of the exact size plus the
+    // slack that put() writes past the last character.
+    constexpr qsizetype slack = 4;
+    QString out(length + slack, Qt::Uninitialized);
     char16_t* p = reinterpret_cast<char16_t*>(out.data());
     for (qsizetype i = 0; i < n; ++i) {
         const char16_t c = in[i];
         if (c < 0x80) {
-            if (kCost[c] == 1)
-                *p++ = c;
-            else
-                p = putEscape(p, c);
+            p = put(p, c);
         } else if (c < 0x800) {
-            p = putEscape(p, 0xC0 | (c >> 6));
-            p = putEscape(p, 0x80 | (c & 0x3F));
+            p = put(p, 0xC0 | (c >> 6));
+            p = put(p, 0x80 | (c & 0x3F));
         } else if (isHigh(c) && i + 1 < n && isLow(in[i + 1])) {
             const char32_t u = 0x10000 + ((char32_t(c) - 0xD800) << 10) + (in[i + 1] - 0xDC00);
             ++i;
-            p = putEscape(p, 0xF0 | (u >> 18));
-            p = putEscape(p, 0x80 | ((u >> 12) & 0x3F));
-            p = putEscape(p, 0x80 | ((u >> 6) & 0x3F));
-            p = putEscape(p, 0x80 | (u & 0x3F));
+            p = put(p, 0xF0 | (u >> 18));
+            p = put(p, 0x80 | ((u >> 12) & 0x3F));
+            p = put(p, 0x80 | ((u >> 6) & 0x3F));
+            p = put(p, 0x80 | (u & 0x3F));
         } else if (isHigh(c) || isLow(c)) {
-            p = putEscape(p, '?');
+            p = put(p, '?');
         } else {
-            p = putEscape(p, 0xE0 | (c >> 12));
-            p = putEscape(p, 0x80 | ((c >> 6) & 0x3F));
-            p = putEscape(p, 0x80 | (c & 0x3F));
+            p = put(p, 0xE0 | (c >> 12));
+            p = put(p, 0x80 | ((c >> 6) & 0x3F));
+            p = put(p, 0x80 | (c & 0x3F));
         }
     }
     Q_ASSERT(p == reinterpret_cast<char16_t*>(out.data()) + length);
+    // Shrinking keeps the allocation; it only drops the slack from the size.
+    out.resize(length);
     return out;
 }
 

@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 #include "message/ExtensionMessage.h"
 #include "message/LinkDetector.h"
+#include "platform/Log.h"
 
 using namespace velmora;
 
@@ -80,6 +81,21 @@ TEST(HtmlRendering, PlainBodyGetsLineBreaksAndAnchors) {
     // Normalised links are not found in the text, so they stay unlinked.
     EXPECT_EQ(withBodies(s(""), s("www.h.test.org\nme@h.test"))->renderHtml(),
               s("www.h.test.org<br>me@h.test"));
+}
+
+// Each repeat of a link doubles its occurrences; the body stops growing at its limit (1 MiB for a
+// short one) instead of running out of memory, and says so once.
+TEST(HtmlRendering, RepeatedLinksStopAtTheGrowthLimit) {
+    QString body;
+    for (int i = 0; i < 40; ++i)
+        body += s("http://h.test ");
+    LogCapture log;
+    const auto message = withBodies(s(""), body);
+    const QString rendered = message->renderHtml();
+    EXPECT_LE(rendered.size(), 1 << 20);
+    EXPECT_TRUE(rendered.startsWith(s("<a href='<a href='<a href='")));
+    EXPECT_EQ(message->plainBody(), rendered);
+    EXPECT_EQ(log.lines(), QStringList{s("renderHtml links left out past 1048576 characters")});
 }
 
 TEST(LinkDetection, FindsLinksInProse) {
