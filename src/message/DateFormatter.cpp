@@ -9,6 +9,16 @@ DateFormatter::DateFormatter(QLocale locale, QString pattern, Zone zone)
     , m_fields(parsePattern(m_pattern)) {}
 
 QList<DateFormatter::Field> DateFormatter::parsePattern(QStringView pattern) {
+    // The numeric fields the parser reads, each with its one width.
+    struct NumericField {
+        char16_t letter;
+        int width;
+        Field::Kind kind;
+    };
+    static constexpr NumericField kNumericFields[] = {
+        {u'y', 4, Field::Year}, {u'M', 2, Field::Month},  {u'd', 2, Field::Day},
+        {u'H', 2, Field::Hour}, {u'm', 2, Field::Minute}, {u's', 2, Field::Second},
+    };
     QList<Field> fields;
     auto addLiteral = [&fields](QStringView text) {
         if (!fields.isEmpty() && fields.constLast().kind == Field::Literal)
@@ -53,27 +63,9 @@ QList<DateFormatter::Field> DateFormatter::parsePattern(QStringView pattern) {
             ++j;
         const int width = int(j - i);
         Field::Kind kind = Field::Unsupported;
-        switch (c.unicode()) {
-        case u'y':
-            kind = width == 4 ? Field::Year : Field::Unsupported;
-            break;
-        case u'M':
-            kind = width == 2 ? Field::Month : Field::Unsupported;
-            break;
-        case u'd':
-            kind = width == 2 ? Field::Day : Field::Unsupported;
-            break;
-        case u'H':
-            kind = width == 2 ? Field::Hour : Field::Unsupported;
-            break;
-        case u'm':
-            kind = width == 2 ? Field::Minute : Field::Unsupported;
-            break;
-        case u's':
-            kind = width == 2 ? Field::Second : Field::Unsupported;
-            break;
-        default:
-            break;
+        for (const NumericField& numeric : kNumericFields) {
+            if (numeric.letter == c.unicode() && numeric.width == width)
+                kind = numeric.kind;
         }
         fields.append({kind, QString(), width});
         i = j;

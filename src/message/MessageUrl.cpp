@@ -2,6 +2,8 @@
 #include "message/PrintedText.h"
 #include "request/RequestUtils.h"
 
+#include <algorithm>
+
 namespace velmora {
 
 namespace {
@@ -55,6 +57,18 @@ UrlText ExtensionMessage::queryUrl(const QString& command) const {
 
 namespace {
 
+// The parameters the reader takes, each into its field; recipients only as their texts.
+struct ReadField {
+    QStringView key;
+    void (ExtensionMessage::*set)(QString);
+};
+constexpr ReadField kReadFields[] = {
+    {u"from", &ExtensionMessage::setFrom},           {u"account", &ExtensionMessage::setAccount},
+    {u"subject", &ExtensionMessage::setSubject},     {u"htmlBody", &ExtensionMessage::setHtmlBody},
+    {u"plainBody", &ExtensionMessage::setPlainBody}, {u"to", &ExtensionMessage::setToString},
+    {u"cc", &ExtensionMessage::setCcString},         {u"bcc", &ExtensionMessage::setBccString},
+};
+
 // Reads the command URL's absolute text.
 std::shared_ptr<ExtensionMessage> messageFromUrlText(const QString& text) {
     auto message = ExtensionMessage::init();
@@ -65,22 +79,10 @@ std::shared_ptr<ExtensionMessage> messageFromUrlText(const QString& text) {
         if (!value)
             continue;
         const QString& key = it.key();
-        if (key == u"from")
-            message->setFrom(*value);
-        else if (key == u"account")
-            message->setAccount(*value);
-        else if (key == u"subject")
-            message->setSubject(*value);
-        else if (key == u"htmlBody")
-            message->setHtmlBody(*value);
-        else if (key == u"plainBody")
-            message->setPlainBody(*value);
-        else if (key == u"to")
-            message->setToString(*value);
-        else if (key == u"cc")
-            message->setCcString(*value);
-        else if (key == u"bcc")
-            message->setBccString(*value);
+        const auto field = std::find_if(std::begin(kReadFields), std::end(kReadFields),
+                                        [&key](const ReadField& f) { return key == f.key; });
+        if (field != std::end(kReadFields))
+            (message.get()->*field->set)(*value);
         else if (key.startsWith(u"attachment_"))
             message->appendAttachment(*value);
     }
