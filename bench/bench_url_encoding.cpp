@@ -17,8 +17,7 @@ constexpr qsizetype kMiB = 1024 * 1024;
 
 // Fragments in the proportions a shared page or note has: mostly prose, some paths, some text
 // in other scripts.
-QString mixedText()
-{
+QString mixedText() {
     const QString pieces[] = {
         QStringLiteral("The quick brown fox jumps over the lazy dog, again and again. "),
         QStringLiteral("\"Is it ready?\" she asked; he said: yes (mostly) & 100% sure! "),
@@ -34,28 +33,24 @@ QString mixedText()
     return text;
 }
 
-const QString& text()
-{
+const QString& text() {
     static const QString t = mixedText();
     return t;
 }
 
-void BM_URLEncodedString(benchmark::State& state)
-{
+void BM_URLEncodedString(benchmark::State& state) {
     for (auto _ : state)
         benchmark::DoNotOptimize(velmora::RequestUtils::URLEncodedString(text()));
     state.SetBytesProcessed(state.iterations() * text().size());
 }
 
-void BM_QtToPercentEncoding(benchmark::State& state)
-{
+void BM_QtToPercentEncoding(benchmark::State& state) {
     for (auto _ : state)
         benchmark::DoNotOptimize(QString::fromLatin1(text().toUtf8().toPercentEncoding()));
     state.SetBytesProcessed(state.iterations() * text().size());
 }
 
-void BM_CurlEscape(benchmark::State& state)
-{
+void BM_CurlEscape(benchmark::State& state) {
     CURL* curl = curl_easy_init();
     for (auto _ : state) {
         const QByteArray utf8 = text().toUtf8();
@@ -67,14 +62,14 @@ void BM_CurlEscape(benchmark::State& state)
     state.SetBytesProcessed(state.iterations() * text().size());
 }
 
-std::shared_ptr<velmora::ExtensionMessage> bigMessage()
-{
+std::shared_ptr<velmora::ExtensionMessage> bigMessage() {
     auto message = velmora::ExtensionMessage::init();
     message->setSubject(QStringLiteral("Quarterly report: figures & notes"));
     message->setFrom(QStringLiteral("ada@example.test"));
     message->setAccount(QStringLiteral("work"));
     message->setPlainBody(QStringLiteral("See the attached report."));
-    message->setHtmlBody(QStringLiteral("<html><body><p>") + text() + QStringLiteral("</p></body></html>"));
+    message->setHtmlBody(QStringLiteral("<html><body><p>") + text() +
+                         QStringLiteral("</p></body></html>"));
     auto to = std::make_shared<velmora::ExtensionAddress>();
     to->setMail(QStringLiteral("grace@example.test"));
     message->to()->append(to);
@@ -82,16 +77,14 @@ std::shared_ptr<velmora::ExtensionMessage> bigMessage()
     return message;
 }
 
-void BM_QueryUrl_1MiBHtml(benchmark::State& state)
-{
+void BM_QueryUrl_1MiBHtml(benchmark::State& state) {
     const auto message = bigMessage();
     for (auto _ : state)
         benchmark::DoNotOptimize(message->queryUrl(QStringLiteral("send")));
 }
 
 // The same URL as a Qt program would build it: QUrlQuery over the escaped values, then QUrl.
-void BM_QUrlQuery_1MiBHtml(benchmark::State& state)
-{
+void BM_QUrlQuery_1MiBHtml(benchmark::State& state) {
     const auto message = bigMessage();
     for (auto _ : state) {
         QUrlQuery query;
@@ -122,8 +115,7 @@ BENCHMARK(BM_QUrlQuery_1MiBHtml)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     curl_global_init(CURL_GLOBAL_DEFAULT);
     benchmark::Initialize(&argc, argv);
