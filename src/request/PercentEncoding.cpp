@@ -38,6 +38,23 @@ constexpr std::array<Encoded, 256> makeTable() {
 
 constexpr std::array<Encoded, 256> kTable = makeTable();
 
+// The lengths alone, packed densely for the counting pass.
+constexpr std::array<quint8, 128> makeLengths() {
+    std::array<quint8, 128> lengths{};
+    for (unsigned b = 0; b < 128; ++b)
+        lengths[b] = kTable[b].length;
+    return lengths;
+}
+
+constexpr std::array<quint8, 128> kLength = makeLengths();
+
+// Whether four UTF-16 units starting at in are all ASCII, read as one 64-bit word.
+inline bool fourAscii(const char16_t* in) {
+    quint64 word;
+    std::memcpy(&word, in, sizeof word);
+    return (word & 0xFF80FF80FF80FF80ULL) == 0;
+}
+
 // Writes one byte's encoding. Always stores four characters (the buffer has room for them past
 // its end) and moves on by the real length: no branch on whether the byte is escaped, which
 // in prose is too irregular to predict.
@@ -59,9 +76,16 @@ inline bool isLow(char16_t c) {
 qsizetype encodedLength(const char16_t* in, qsizetype n) {
     qsizetype length = 0;
     for (qsizetype i = 0; i < n; ++i) {
+        // Most text is ASCII: four units at a time while it is.
+        while (i + 4 <= n && fourAscii(in + i)) {
+            length += kLength[in[i]] + kLength[in[i + 1]] + kLength[in[i + 2]] + kLength[in[i + 3]];
+            i += 4;
+        }
+        if (i == n)
+            break;
         const char16_t c = in[i];
         if (c < 0x80) {
-            length += kTable[c].length;
+            length += kLength[c];
         } else if (c < 0x800) {
             length += 6;
         } else if (isHigh(c) && i + 1 < n && isLow(in[i + 1])) {
@@ -103,6 +127,12 @@ QString URLEncodedString(QStringView text) {
     QString out(length + slack, Qt::Uninitialized);
     char16_t* p = reinterpret_cast<char16_t*>(out.data());
     for (qsizetype i = 0; i < n; ++i) {
+        while (i + 4 <= n && fourAscii(in + i)) {
+            p = put(put(put(put(p, in[i]), in[i + 1]), in[i + 2]), in[i + 3]);
+            i += 4;
+        }
+        if (i == n)
+            break;
         const char16_t c = in[i];
         if (c < 0x80) {
             p = put(p, c);
