@@ -29,7 +29,7 @@ TEST(DateService, DayKeyChangesAtLocalMidnight) {
 
 TEST(DateService, ShowsTheTimeForTodayAndTheDateOtherwise) {
     const ExtensionDate& dates = ExtensionDate::shared();
-    const QDate today = QDate::currentDate();
+    const QDate today = QDateTime::currentDateTime().date();
     const QDateTime earlyToday(today, QTime(0, 0, 1));
     const struct {
         const char* name;
