@@ -34,7 +34,7 @@ const QVariant* DictionaryReader::find(const QString& key) const {
     return it == m_map->constEnd() ? nullptr : &*it;
 }
 
-QVariant DictionaryReader::valueOr(const QString& key) const {
+QVariant DictionaryReader::value(const QString& key) const {
     const QVariant* v = find(key);
     return v ? *v : QVariant();
 }

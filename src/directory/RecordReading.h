@@ -19,10 +19,12 @@ public:
 
     // The value under key, or null when the key is missing.
     const QVariant* find(const QString& key) const;
+    // The value under key as it stands, or null when the key is missing.
+    QVariant value(const QString& key) const;
     // A string field: a string as it is, a number as its text, fallback when missing.
     QString string(const QString& key, const QString& fallback) const;
-    qint64 integer(const QString& key) const { return Values::integerValue(valueOr(key)); }
-    bool boolean(const QString& key) const { return Values::boolValue(valueOr(key)); }
+    qint64 integer(const QString& key) const { return Values::integerValue(value(key)); }
+    bool boolean(const QString& key) const { return Values::boolValue(value(key)); }
     bool contains(const QString& key) const { return find(key) != nullptr; }
     // The elements of an array field; none when missing; ValueError for any other kind.
     QVariantList elements(const QString& key) const;
@@ -31,8 +33,6 @@ public:
     static QString describe(const std::exception& e);
 
 private:
-    QVariant valueOr(const QString& key) const;
-
     struct Entry {
         QStringView key;
         const QVariant* value;

@@ -1,0 +1,11 @@
+#include "request/UrlText.h"
+
+namespace velmora {
+
+UrlText UrlText::fromString(const QString& text) {
+    if (text.isNull() || !QUrl(text, QUrl::StrictMode).isValid())
+        return {};
+    return UrlText(text);
+}
+
+} // namespace velmora

@@ -1,0 +1,109 @@
+#include "TestSupport.h"
+#include "message/ExtensionMessage.h"
+
+#include <gmock/gmock.h>
+
+using namespace velmora;
+
+namespace {
+
+QString s(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+std::shared_ptr<ExtensionAddress> address(const QString& mail) {
+    auto a = std::make_shared<ExtensionAddress>();
+    a->setMail(mail);
+    return a;
+}
+
+QStringList queryPairs(const UrlText& url) {
+    const QString text = url.toString();
+    return text.mid(text.indexOf(u'?') + 1).split(u'&', Qt::SkipEmptyParts);
+}
+
+TEST(CommandUrl, WritesOnlyTheFieldsThatHoldText) {
+    const auto message = ExtensionMessage::init();
+    EXPECT_EQ(message->queryUrl(s("send")).toString(), s("velmora://send?"));
+    message->setSubject(s("Hi there"));
+    EXPECT_EQ(message->queryUrl(s("send")).toString(), s("velmora://send?subject=Hi%20there"));
+
+    message->setPlainBody(s("a+b & c"));
+    message->setHtmlBody(s("<p>ü</p>"));
+    message->setFrom(s("me@x.test"));
+    message->setAccount(s("acc 1"));
+    message->to()->append({address(s("A")), address(s("B"))});
+    message->bcc()->append(address(QString()));
+    message->attachments()->append(
+        {s("/tmp/x y.png"), QUrl::fromLocalFile(s("/tmp/z.pdf")), 42, s("/tmp/last")});
+    message->setMessageId(s("never-written"));
+    message->setToString(s("never-written"));
+
+    const QStringList pairs = queryPairs(message->queryUrl(s("send")));
+    EXPECT_THAT(pairs, ::testing::UnorderedElementsAre(
+                           s("subject=Hi%20there"), s("plainBody=a%2Bb%20%26%20c"),
+                           s("htmlBody=%3Cp%3E%C3%BC%3C%2Fp%3E"), s("from=me%40x.test"),
+                           s("account=acc%201"), s("to=A%3BB%3B"), s("bcc=%28null%29%3B"),
+                           s("attachment_0=%2Ftmp%2Fx%20y.png"), s("attachment_1=%2Ftmp%2Fz.pdf"),
+                           s("attachment_3=%2Ftmp%2Flast")));
+}
+
+// QUrl would lowercase the command and may rewrite escapes; the URL carries the built text.
+TEST(CommandUrl, KeepsTheBuiltTextExactlyAndRefusesInvalidOnes) {
+    const auto message = ExtensionMessage::init();
+    message->setSubject(s("%41 %2b ~ %%"));
+    const UrlText url = message->queryUrl(s("Send"));
+    EXPECT_EQ(url.toString(), s("velmora://Send?subject=%2541%20%252b%20~%20%25%25"));
+    EXPECT_EQ(ExtensionMessage::ExtensionMessageWithUrl(url)->subject(), s("%41 %2b ~ %%"));
+    EXPECT_EQ(ExtensionMessage::ExtensionMessageWithUrl(url.toUrl())->subject(), s("%41 %2b ~ %%"));
+
+    EXPECT_TRUE(message->queryUrl(s("se nd")).isNull());
+}
+
+TEST(CommandUrl, ReadsBackWithTheReadersAsymmetries) {
+    const auto read = ExtensionMessage::ExtensionMessageWithUrl(UrlText::fromString(
+        s("velmora://send?subject=a+b&to=A%3BB%3B&attachment_0=%2Ftmp%2Fx&cc=C%3B&bcc=D%3B"
+          "&from=f&account=acc&unknown=1")));
+    EXPECT_EQ(read->subject(), s("a b"));
+    EXPECT_EQ(read->toString(), s("A;B;"));
+    EXPECT_EQ(read->ccString(), s("C;"));
+    EXPECT_EQ(read->bccString(), s("D;"));
+    EXPECT_TRUE(read->to()->isEmpty());
+    EXPECT_EQ(*read->attachments(), QVariantList{s("/tmp/x")});
+    EXPECT_EQ(read->htmlBody(), s(""));
+    EXPECT_FALSE(read->plainBody().isNull());
+    EXPECT_EQ(read->from(), s("f"));
+    EXPECT_EQ(read->account(), s("acc"));
+
+    const auto repeated = ExtensionMessage::ExtensionMessageWithUrl(
+        UrlText::fromString(s("velmora://send?subject=one&subject=two")));
+    EXPECT_EQ(repeated->subject(), s("two"));
+
+    const auto numbered = ExtensionMessage::ExtensionMessageWithUrl(
+        UrlText::fromString(s("velmora://open?attachment_9=%2Fa&attachment_1=%2Fb")));
+    EXPECT_THAT(*numbered->attachments(), ::testing::UnorderedElementsAre(s("/a"), s("/b")));
+
+    const auto bare =
+        ExtensionMessage::ExtensionMessageWithUrl(UrlText::fromString(s("velmora://send")));
+    EXPECT_TRUE(bare->subject().isNull());
+    EXPECT_EQ(bare->htmlBody(), s(""));
+    EXPECT_TRUE(bare->attachments()->isEmpty());
+}
+
+TEST(CommandUrl, WrittenMessageReadsBack) {
+    const auto message = ExtensionMessage::init();
+    message->setSubject(s("Grüße & \"quotes\" = 100%"));
+    message->setHtmlBody(s("<a href='x?y=1&z=2#f'>+</a>\n"));
+    message->cc()->append(address(s("c@x.test")));
+    message->attachments()->append({QUrl::fromLocalFile(s("/tmp/ä b.pdf")), s("/tmp/#1")});
+    const auto read = ExtensionMessage::ExtensionMessageWithUrl(message->queryUrl(s("compose")));
+    EXPECT_EQ(read->subject(), message->subject());
+    EXPECT_EQ(read->htmlBody(), message->htmlBody());
+    EXPECT_EQ(read->plainBody(), s(""));
+    EXPECT_EQ(read->ccString(), s("c@x.test;"));
+    EXPECT_TRUE(read->cc()->isEmpty());
+    EXPECT_THAT(*read->attachments(),
+                ::testing::UnorderedElementsAre(s("/tmp/ä b.pdf"), s("/tmp/#1")));
+}
+
+} // namespace

@@ -1,0 +1,156 @@
+#include "TestSupport.h"
+#include "message/ExtensionMessage.h"
+#include "message/LinkDetector.h"
+#include "platform/Log.h"
+
+using namespace velmora;
+
+namespace {
+
+QString s(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+QString anchor(const QString& link) {
+    return s("<a href='") + link + s("'>") + link + s("</a>");
+}
+
+std::shared_ptr<ExtensionMessage> withBodies(const QString& html, const QString& plain) {
+    auto message = ExtensionMessage::init();
+    message->setHtmlBody(html);
+    message->setPlainBody(plain);
+    return message;
+}
+
+TEST(HtmlRendering, HtmlBodyGetsTheAttachmentsAsImagesOnEveryCall) {
+    const auto message = withBodies(s("<p>x</p>"), s("plain is ignored"));
+    message->attachments()->append({s("/tmp/a.png"), s("/tmp/b c.jpg")});
+    const QString images =
+        s("<img src=\"file:///tmp/a.png\"/><br/><img src=\"file:///tmp/b c.jpg\"/><br/>");
+    EXPECT_EQ(message->renderHtml(), s("<p>x</p>") + images);
+    EXPECT_EQ(message->renderHtml(), s("<p>x</p>") + images + images);
+    EXPECT_EQ(message->htmlBody(), s("<p>x</p>") + images + images);
+    EXPECT_EQ(message->plainBody(), s("plain is ignored"));
+
+    const auto url = withBodies(s(""), s(""));
+    url->attachments()->append(QUrl::fromLocalFile(s("/tmp/z.pdf")));
+    EXPECT_EQ(url->renderHtml(), s("<img src=\"file://file:///tmp/z.pdf\"/><br/>"));
+}
+
+TEST(HtmlRendering, ChoosesTheFormByWhichBodiesHoldText) {
+    const struct {
+        const char* name;
+        QString html;
+        QString plain;
+        QString rendered;
+        QString htmlAfter;
+        QString plainAfter;
+    } rows[] = {
+        {"both_empty_html_form", s(""), s(""), s(""), s(""), s("")},
+        {"both_null", QString(), QString(), s(""), QString(), QString()},
+        {"empty_html_plain_form", s(""), s("a\r\nb"), s("a\r<br>b"), s(""), s("a\r<br>b")},
+        {"html_with_null_plain", s("<b>&</b>"), QString(), s("<b>&</b>"), s("<b>&</b>"), QString()},
+        {"null_html_plain_form", QString(), s("<i>x</i>\n"), s("<i>x</i><br>"), QString(),
+         s("<i>x</i><br>")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto message = withBodies(row.html, row.plain);
+        const QString rendered = message->renderHtml();
+        EXPECT_EQ(rendered, row.rendered);
+        EXPECT_FALSE(rendered.isNull());
+        EXPECT_EQ(message->htmlBody(), row.htmlAfter);
+        EXPECT_EQ(message->htmlBody().isNull(), row.htmlAfter.isNull());
+        EXPECT_EQ(message->plainBody(), row.plainAfter);
+        EXPECT_EQ(message->plainBody().isNull(), row.plainAfter.isNull());
+    }
+}
+
+TEST(HtmlRendering, PlainBodyGetsLineBreaksAndAnchors) {
+    const auto message = withBodies(s(""), s("see http://h.test/a\nbye"));
+    const QString expected = s("see ") + anchor(s("http://h.test/a")) + s("<br>bye");
+    EXPECT_EQ(message->renderHtml(), expected);
+    EXPECT_EQ(message->plainBody(), expected);
+
+    // The same link twice: the second substitution rewrites the anchors of the first.
+    const QString once = anchor(s("http://h.test"));
+    EXPECT_EQ(withBodies(s(""), s("http://h.test http://h.test"))->renderHtml(),
+              s("<a href='") + once + s("'>") + once + s("</a> <a href='") + once + s("'>") + once +
+                  s("</a>"));
+
+    // Normalised links are not found in the text, so they stay unlinked.
+    EXPECT_EQ(withBodies(s(""), s("www.h.test.org\nme@h.test"))->renderHtml(),
+              s("www.h.test.org<br>me@h.test"));
+}
+
+// Each repeat of a link doubles its occurrences; the body stops growing at its limit (1 MiB for a
+// short one) instead of running out of memory, and says so once.
+TEST(HtmlRendering, RepeatedLinksStopAtTheGrowthLimit) {
+    QString body;
+    for (int i = 0; i < 40; ++i)
+        body += s("http://h.test ");
+    LogCapture log;
+    const auto message = withBodies(s(""), body);
+    const QString rendered = message->renderHtml();
+    EXPECT_LE(rendered.size(), 1 << 20);
+    EXPECT_TRUE(rendered.startsWith(s("<a href='<a href='<a href='")));
+    EXPECT_EQ(message->plainBody(), rendered);
+    EXPECT_EQ(log.lines(), QStringList{s("renderHtml links left out past 1048576 characters")});
+}
+
+TEST(LinkDetection, FindsLinksInProse) {
+    const struct {
+        const char* name;
+        QString text;
+        QStringList links;
+    } rows[] = {
+        {"none", s("no links here, just a.b and c@d"), {}},
+        {"duplicates_kept",
+         s("a http://h.test b http://h.test"),
+         {s("http://h.test"), s("http://h.test")}},
+        {"full_stop", s("See http://h.test/a."), {s("http://h.test/a")}},
+        {"prose_punctuation",
+         s("(at http://h.test/a?b=1), or http://h.test/c!?:; then"),
+         {s("http://h.test/a?b=1"), s("http://h.test/c")}},
+        {"balanced_parenthesis",
+         s("http://w.test/wiki/Foo_(bar)."),
+         {s("http://w.test/wiki/Foo_(bar)")}},
+        {"closing_quotes",
+         s("“https://h.test/q” and 'ftp://f.test/a'"),
+         {s("https://h.test/q"), s("ftp://f.test/a")}},
+        {"ends_at_markup", s("see http://h.test/a<br>bye"), {s("http://h.test/a")}},
+        {"file_and_custom",
+         s("file:///tmp/x y and velmora://send?a=1"),
+         {s("file:///tmp/x"), s("velmora://send?a=1")}},
+        {"www_host", s("visit WWW.H.test.org/x?y=1, now"), {s("http://www.h.test.org/x?y=1")}},
+        {"www_at_sentence_end", s("at www.h.test.org."), {s("http://www.h.test.org")}},
+        {"www_too_short", s("www.test or xwww.a.test.org"), {}},
+        {"email", s("write to ada.l+x@mail.h.test."), {s("mailto:ada.l+x@mail.h.test")}},
+        {"mailto", s("mailto:ada@h.test?subject=Hi"), {s("mailto:ada@h.test?subject=Hi")}},
+        {"text_order",
+         s("me@h.test then http://h.test"),
+         {s("mailto:me@h.test"), s("http://h.test")}},
+        {"user_info_is_no_email", s("http://u@h.test/"), {s("http://u@h.test/")}},
+        {"normalised", s("HTTP://H.Test/ä%zz"), {s("http://h.test/%C3%A4%25zz")}},
+        {"international_host", s("http://bücher.test/"), {s("http://xn--bcher-kva.test/")}},
+        {"ipv6", s("[http://[::1]:8080/x]"), {s("http://[::1]:8080/x")}},
+        {"no_host", s("http:// and http://. and https:///x"), {}},
+        {"scheme_without_slashes", s("tel:123 and news:x"), {}},
+        {"digit_before_scheme", s("1http://h.test"), {s("http://h.test")}},
+    };
+    const ExtensionMessage message;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(message.searchUrlsDetector(row.text), row.links);
+    }
+}
+
+TEST(LinkDetection, ReportsWhereEachLinkStands) {
+    const QString text = s("«see www.h.test.org/x», me@h.test.");
+    const QList<DetectedLink> links = detectLinks(text);
+    ASSERT_EQ(links.size(), 2);
+    EXPECT_EQ(text.mid(links[0].start, links[0].length), s("www.h.test.org/x"));
+    EXPECT_EQ(text.mid(links[1].start, links[1].length), s("me@h.test"));
+}
+
+} // namespace
