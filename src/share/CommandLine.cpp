@@ -1,0 +1,188 @@
+#include "share/CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace velmora {
+
+namespace {
+
+CommandLineResult usage(const QString& error) {
+    return {std::nullopt, error};
+}
+
+// "scheme:" at the start, as RFC 3986 writes a scheme.
+bool looksLikeUrl(const QString& item) {
+    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*:"));
+    return scheme.match(item).hasMatch();
+}
+
+std::optional<SharedItem> classify(const QString& item, QString* error) {
+    if (item == u"-")
+        return SharedItem{SharedItem::Kind::StandardInput, QUrl(), item};
+    // An existing path wins, even when its name looks like a URL ("notes:draft").
+    const QFileInfo info(item);
+    if (info.exists())
+        return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(info.absoluteFilePath()),
+                          item};
+    if (looksLikeUrl(item)) {
+        const QUrl url(item, QUrl::StrictMode);
+        if (!url.isValid() || url.scheme().isEmpty()) {
+            *error = QStringLiteral("not a well-formed URL: %1").arg(item);
+            return std::nullopt;
+        }
+        if (url.isLocalFile()) {
+            const QFileInfo local(url.toLocalFile());
+            if (!local.exists()) {
+                *error = QStringLiteral("no such file or folder: %1").arg(item);
+                return std::nullopt;
+            }
+            return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(local.absoluteFilePath()),
+                              item};
+        }
+        return SharedItem{SharedItem::Kind::Link, url, item};
+    }
+    *error = QStringLiteral("no such file or folder: %1").arg(item);
+    return std::nullopt;
+}
+
+} // namespace
+
+QString CommandLine::helpText() {
+    return QStringLiteral(
+        "velmora-share [OPTIONS] [ITEM...]\n"
+        "  ITEM              a path of an existing file or folder (shared as its file URL); an "
+        "absolute\n"
+        "                    URL with a scheme (shared as a link; file: URLs count as files); or "
+        "'-' for\n"
+        "                    standard input, shared as image data when it decodes as an image and "
+        "as\n"
+        "                    rich text otherwise\n"
+        "  --title TEXT      the share's title (a shared web link makes it the subject)\n"
+        "  --text TEXT       rich text shared with the items (HTML, or plain text)\n"
+        "  --image FILE      share FILE's bytes as image data (staged as PNG) instead of as a "
+        "file; repeatable\n"
+        "  --container DIR   the shared container (overrides VELMORA_GROUP_CONTAINER)\n"
+        "  --bundle-id ID    this program's bundle identifier (overrides VELMORA_BUNDLE_ID)\n"
+        "  --headless        no window: the composer runs on the offscreen platform, waits for the "
+        "shared\n"
+        "                    items to be taken in, applies the options below, then sends\n"
+        "  --from ADDR       choose the From item titled ADDR (headless)\n"
+        "  --to ADDR         add a recipient as a user would: a contact whose mail is exactly ADDR "
+        "is taken\n"
+        "                    as if chosen from the suggestions; other text goes through the "
+        "typed-token path;\n"
+        "                    repeatable (headless)\n"
+        "  --subject TEXT    the subject (headless)\n"
+        "  --body TEXT       the body's text, replacing what the share put there (headless)\n"
+        "  --cancel          cancel instead of sending (headless)\n"
+        "  --print-url       print every command URL on standard output, one per line, instead of\n"
+        "                    opening it with the main application (with or without a window)\n"
+        "  --screenshot FILE write a PNG of the composer once the shared items are taken in, then "
+        "go on\n"
+        "  -h, --help        --version\n"
+        "Exit status: 0 the request was completed by Send; 1 it was cancelled; 2 bad usage (with a "
+        "message\n"
+        "on standard error); 3 completed by Send but the main application could not be launched "
+        "(said on\n"
+        "standard error).\n");
+}
+
+CommandLineResult CommandLine::parse(const QStringList& arguments) {
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    const auto value = [&](const char* name, const char* valueName) {
+        QCommandLineOption option(QString::fromLatin1(name));
+        option.setValueName(QString::fromLatin1(valueName));
+        parser.addOption(option);
+        return option;
+    };
+    const auto flag = [&](QStringList names) {
+        QCommandLineOption option(names);
+        parser.addOption(option);
+        return option;
+    };
+    const QCommandLineOption title = value("title", "TEXT");
+    const QCommandLineOption text = value("text", "TEXT");
+    const QCommandLineOption image = value("image", "FILE");
+    const QCommandLineOption container = value("container", "DIR");
+    const QCommandLineOption bundleId = value("bundle-id", "ID");
+    const QCommandLineOption headless = flag({QStringLiteral("headless")});
+    const QCommandLineOption from = value("from", "ADDR");
+    const QCommandLineOption to = value("to", "ADDR");
+    const QCommandLineOption subject = value("subject", "TEXT");
+    const QCommandLineOption body = value("body", "TEXT");
+    const QCommandLineOption cancel = flag({QStringLiteral("cancel")});
+    const QCommandLineOption printUrl = flag({QStringLiteral("print-url")});
+    const QCommandLineOption screenshot = value("screenshot", "FILE");
+    const QCommandLineOption help = flag({QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption version = flag({QStringLiteral("version")});
+
+    if (!parser.parse(QStringList{QStringLiteral("velmora-share")} + arguments))
+        return usage(parser.errorText());
+
+    ShareOptions options;
+    options.help = parser.isSet(help);
+    options.version = parser.isSet(version);
+    if (options.help || options.version)
+        return {options, {}};
+
+    // Options that may be given once: a second one would silently win otherwise.
+    for (const QCommandLineOption* single :
+         {&title, &text, &container, &bundleId, &from, &subject, &body, &screenshot}) {
+        if (parser.values(*single).size() > 1)
+            return usage(
+                QStringLiteral("--%1 given more than once").arg(single->names().constFirst()));
+    }
+
+    options.headless = parser.isSet(headless);
+    for (const QCommandLineOption* headlessOnly : {&from, &to, &subject, &body, &cancel}) {
+        if (parser.isSet(*headlessOnly) && !options.headless)
+            return usage(
+                QStringLiteral("--%1 needs --headless").arg(headlessOnly->names().constFirst()));
+    }
+
+    bool standardInput = false;
+    for (const QString& argument : parser.positionalArguments()) {
+        QString error;
+        const std::optional<SharedItem> item = classify(argument, &error);
+        if (!item)
+            return usage(error);
+        if (item->kind == SharedItem::Kind::StandardInput) {
+            if (standardInput)
+                return usage(QStringLiteral("standard input ('-') can be shared only once"));
+            standardInput = true;
+        }
+        options.items.append(*item);
+    }
+    for (const QString& file : parser.values(image)) {
+        const QFileInfo info(file);
+        if (!info.isFile())
+            return usage(QStringLiteral("no such image file: %1").arg(file));
+        options.images.append(info.absoluteFilePath());
+    }
+
+    if (parser.isSet(title))
+        options.title = parser.value(title);
+    if (parser.isSet(text))
+        options.text = parser.value(text);
+    if (parser.isSet(container))
+        options.container = parser.value(container);
+    if (parser.isSet(bundleId))
+        options.bundleId = parser.value(bundleId);
+    if (parser.isSet(from))
+        options.from = parser.value(from);
+    options.to = parser.values(to);
+    if (parser.isSet(subject))
+        options.subject = parser.value(subject);
+    if (parser.isSet(body))
+        options.body = parser.value(body);
+    options.cancel = parser.isSet(cancel);
+    options.printUrl = parser.isSet(printUrl);
+    if (parser.isSet(screenshot))
+        options.screenshot = QFileInfo(parser.value(screenshot)).absoluteFilePath();
+    return {options, {}};
+}
+
+} // namespace velmora
