@@ -38,4 +38,8 @@ inline constexpr quint16 kUnknownKeyCode = 0xFFFF;
 // (X11 Lock mask 0x2 in nativeModifiers()).
 KeyCommand keyCommandForEvent(const QKeyEvent& event);
 
+// Whether the Qt key is a modifier or lock key alone (Shift, Ctrl, Caps Lock, ...): the Mac
+// reports those as flag changes, never as key presses with a command.
+bool isModifierKey(int qtKey);
+
 } // namespace velmora

@@ -125,4 +125,11 @@ TEST(KeyCommands, EveryShiftedMoveModifiesTheSelectionOfItsPlainMove) {
     }
 }
 
+TEST(KeyCommands, ModifierKeysAloneAreNotCommandKeys) {
+    for (int key : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Meta, Qt::Key_Alt, Qt::Key_CapsLock})
+        EXPECT_TRUE(isModifierKey(key)) << key;
+    for (int key : {Qt::Key_A, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_F1})
+        EXPECT_FALSE(isModifierKey(key)) << key;
+}
+
 } // namespace
