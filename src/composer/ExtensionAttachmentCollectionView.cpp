@@ -55,8 +55,8 @@ void ExtensionAttachmentCollectionView::setThumbnailsSynchronous(bool synchronou
     m_synchronous = synchronous;
 }
 
-ExtensionAttachmentCollectionViewItem* ExtensionAttachmentCollectionView::itemAtIndex(
-    int index) const {
+ExtensionAttachmentCollectionViewItem*
+ExtensionAttachmentCollectionView::itemAtIndex(int index) const {
     return index >= 0 && index < count() ? m_items[size_t(index)] : nullptr;
 }
 
@@ -139,8 +139,8 @@ void ExtensionAttachmentCollectionView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const int current = m_controller->selectionIndex();
-    const int next = current < 0 ? (step > 0 ? 0 : count() - 1)
-                                 : std::clamp(current + step, 0, count() - 1);
+    const int next =
+        current < 0 ? (step > 0 ? 0 : count() - 1) : std::clamp(current + step, 0, count() - 1);
     m_controller->setSelectionIndex(next);
 }
 

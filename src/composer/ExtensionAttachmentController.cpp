@@ -69,8 +69,8 @@ void ExtensionAttachmentController::setSelectionIndex(int row) {
         m_selection->clear();
         return;
     }
-    m_selection->setCurrentIndex(index(row), QItemSelectionModel::ClearAndSelect |
-                                                 QItemSelectionModel::Rows);
+    m_selection->setCurrentIndex(index(row),
+                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 QString ExtensionAttachmentController::pathOfAttachment(const QVariant& attachment) {

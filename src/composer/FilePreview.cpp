@@ -35,8 +35,8 @@ QImage decodedImage(const QString& path, const QSize& size) {
     const QSize stored = reader.size();
     if (stored.isValid()) {
         const bool scalesWhileDecoding = reader.supportsOption(QImageIOHandler::ScaledSize);
-        if (!scalesWhileDecoding && qint64(stored.width()) * stored.height() * 4 >
-                                        kMaxFullDecodeBytes) {
+        if (!scalesWhileDecoding &&
+            qint64(stored.width()) * stored.height() * 4 > kMaxFullDecodeBytes) {
             qCInfo(lcUi) << "not decoding" << path << "of" << stored << "for a preview";
             return {};
         }
@@ -105,8 +105,8 @@ QImage themeIcon(const QMimeType& type, const QSize& size) {
 QImage framed(const QImage& content, const QSize& size) {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    const QImage inner = content.scaled(size - QSize(2, 2), Qt::KeepAspectRatio,
-                                        Qt::SmoothTransformation);
+    const QImage inner =
+        content.scaled(size - QSize(2, 2), Qt::KeepAspectRatio, Qt::SmoothTransformation);
     QRect page(QPoint(), inner.size() + QSize(2, 2));
     page.moveCenter(QRect(QPoint(), size).center());
     QPainter p(&image);

@@ -1,14 +1,31 @@
 #include "composer/PdfPreview.h"
 
-#include <poppler-qt6.h>
+#include "views/UiLogging.h"
 
 #include <algorithm>
+#include <mutex>
+#include <poppler-qt6.h>
 
 namespace velmora {
+
+namespace {
+
+// Poppler reports damaged files on stderr; a file that yields no preview is no error of ours.
+void routePopplerMessages() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        Poppler::setDebugErrorFunction(
+            [](const QString& message, const QVariant&) { qCDebug(lcUi) << "poppler:" << message; },
+            QVariant());
+    });
+}
+
+} // namespace
 
 QImage firstPageOfPdf(const QString& path, const QSize& size) {
     if (size.isEmpty())
         return {};
+    routePopplerMessages();
     const std::unique_ptr<Poppler::Document> document = Poppler::Document::load(path);
     if (!document || document->isLocked() || document->numPages() < 1)
         return {};

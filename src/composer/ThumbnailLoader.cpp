@@ -14,8 +14,8 @@ namespace {
 // Decodes on a pool thread; the result goes back to the loader through its event queue.
 class PreviewJob : public QRunnable {
 public:
-    PreviewJob(ThumbnailLoader* loader, std::function<void(const QImage&)> handBack,
-               QString path, QSize size, std::shared_ptr<std::atomic<bool>> cancelled)
+    PreviewJob(ThumbnailLoader* loader, std::function<void(const QImage&)> handBack, QString path,
+               QSize size, std::shared_ptr<std::atomic<bool>> cancelled)
         : m_loader(loader)
         , m_handBack(std::move(handBack))
         , m_path(std::move(path))
@@ -61,8 +61,7 @@ quint64 ThumbnailLoader::request(const QString& path, const QSize& size, QObject
     auto cancelled = std::make_shared<std::atomic<bool>>(false);
     m_pending.emplace(id, Pending{receiver, std::move(done), path, size, cancelled});
     m_pool.start(new PreviewJob(
-        this, [this, id](const QImage& content) { deliver(id, content); }, path, size,
-        cancelled));
+        this, [this, id](const QImage& content) { deliver(id, content); }, path, size, cancelled));
     return id;
 }
 
