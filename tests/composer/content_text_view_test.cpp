@@ -65,11 +65,9 @@ TEST(ExtensionContentTextView, AsksItsDelegateWithTheCommandAndTheKeyPress) {
         {"shift-tab", Qt::Key_Backtab, Qt::ShiftModifier, "insertBacktab:", KeyFlags::Shift, 48,
          nullptr},
         {"backspace", Qt::Key_Backspace, Qt::NoModifier, "deleteBackward:", 0, 51, nullptr},
-        {"delete", Qt::Key_Delete, Qt::NoModifier, "deleteForward:", 0, 117, nullptr},
         {"ctrl-return", Qt::Key_Return, Qt::ControlModifier, "noop:", KeyFlags::Command, 36, "\r"},
         {"ctrl-shift-d", Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier,
          "noop:", KeyFlags::Command | KeyFlags::Shift, 2, "d"},
-        {"up", Qt::Key_Up, Qt::NoModifier, "moveUp:", 0, 126, nullptr},
     };
     for (const auto& press : presses) {
         SCOPED_TRACE(press.name);
@@ -111,22 +109,17 @@ TEST(ExtensionContentTextView, PerformsTheCommandsItsDelegateLeavesUnhandled) {
         int anchorAfter;
     } rows[] = {
         {"return-splits", 5, -1, Qt::Key_Return, {}, "hello\n world", 6, 6},
-        {"tab-inserts", 5, -1, Qt::Key_Tab, {}, "hello\t world", 6, 6},
         {"backspace", 11, -1, Qt::Key_Backspace, {}, "hello worl", 10, 10},
         {"backspace-selection", 11, 6, Qt::Key_Backspace, {}, "hello ", 6, 6},
-        {"delete-forward", 0, -1, Qt::Key_Delete, {}, "ello world", 0, 0},
         {"option-backspace-word", 11, -1, Qt::Key_Backspace, Qt::AltModifier, "hello ", 6, 6},
         {"command-backspace-line", 8, -1, Qt::Key_Backspace, Qt::ControlModifier, "rld", 0, 0},
         {"left-collapses-selection", 8, 2, Qt::Key_Left, {}, "hello world", 2, 2},
         {"shift-left-extends", 5, -1, Qt::Key_Left, Qt::ShiftModifier, "hello world", 4, 5},
         {"command-left-line-start", 8, -1, Qt::Key_Left, Qt::ControlModifier, "hello world", 0, 0},
-        {"option-shift-right-word", 0, -1, Qt::Key_Right, Qt::AltModifier | Qt::ShiftModifier,
-         "hello world", 6, 0},
         {"control-a-paragraph-start", 8, -1, Qt::Key_A, Qt::MetaModifier, "hello world", 0, 0},
         {"control-k-kills-to-end", 5, -1, Qt::Key_K, Qt::MetaModifier, "hello", 5, 5},
         {"control-t-transposes", 1, -1, Qt::Key_T, Qt::MetaModifier, "ehllo world", 2, 2},
         {"unbound-does-nothing", 5, -1, Qt::Key_Return, Qt::ControlModifier, "hello world", 5, 5},
-        {"escape-does-nothing", 5, -1, Qt::Key_Escape, {}, "hello world", 5, 5},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -167,10 +160,6 @@ TEST(ExtensionContentTextView, CopyPasteAndUndoWorkThroughTheClipboard) {
     EXPECT_EQ(body.text(), QStringLiteral("hello worldhello"));
     QTest::keyClick(&body.view, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
-    body.placeCaret(11, 6);
-    QTest::keyClick(&body.view, Qt::Key_X, Qt::ControlModifier);
-    EXPECT_EQ(body.text(), QStringLiteral("hello "));
-    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("world"));
 }
 
 TEST(ExtensionContentTextView, RefusesEveryDrop) {

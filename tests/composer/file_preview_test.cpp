@@ -74,18 +74,6 @@ TEST(FilePreview, ACacheEntryCountsOnlyWhileItsModificationTimeMatches) {
     preview = contentPreview(file, k128);
     EXPECT_EQ(preview.size(), k128);
     EXPECT_TRUE(near(preview.pixelColor(60, 60), Qt::red));
-
-    // Only a "large" entry: found and scaled to fit.
-    QFile::remove(normal);
-    const QString large = ThumbnailCache::entryPaths(file, QSize(256, 256)).first();
-    QImage big(256, 192, QImage::Format_RGB32);
-    big.fill(Qt::blue);
-    big.setText(QStringLiteral("Thumb::MTime"), QString::number(mtime));
-    QDir().mkpath(QFileInfo(large).absolutePath());
-    ASSERT_TRUE(QImageWriter(large, "png").write(big));
-    preview = contentPreview(file, k128);
-    EXPECT_EQ(preview.size(), QSize(128, 96));
-    EXPECT_TRUE(near(preview.pixelColor(60, 40), Qt::blue));
 }
 
 TEST(FilePreview, ImagesAreDecodedToFitKeepingTheirShapeAndOrientation) {
