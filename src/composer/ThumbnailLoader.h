@@ -4,28 +4,28 @@
 #include <QObject>
 #include <QPointer>
 #include <QSize>
-#include <QThreadPool>
 
-#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
+#include <thread>
+#include <vector>
 
 namespace velmora {
 
-// Makes file previews off the user-interface thread and hands each back on the thread the
-// loader lives on, so a slow decode never holds up painting or input.
+// Makes file previews on worker threads of its own and hands each back on the main thread, so
+// a slow decode never holds up painting or input. Lives on the main thread.
 class ThumbnailLoader : public QObject {
     Q_OBJECT
 public:
     using Done = std::function<void(const QImage& preview)>;
 
     explicit ThumbnailLoader(QObject* parent = nullptr);
-    // Cancels what has not started and waits for what has; nothing is delivered afterwards.
+    // Drops what has not started, waits for what has; nothing is delivered afterwards.
     ~ThumbnailLoader() override;
 
     // Starts making the preview of path within size (as imageWithPreviewOfFileAtPath does, not
-    // as an icon). done runs later on the loader's thread, exactly once, unless receiver is
+    // as an icon). done runs later on the main thread, exactly once, unless receiver is
     // destroyed or the request cancelled first. Returns the request's number.
     quint64 request(const QString& path, const QSize& size, QObject* receiver, Done done);
     void cancel(quint64 request);
@@ -42,12 +42,14 @@ private:
         Done done;
         QString path;
         QSize size;
-        std::shared_ptr<std::atomic<bool>> cancelled;
     };
+    struct Work; // the job queue the workers share with the loader
+
     void deliver(quint64 request, const QImage& content);
 
-    QThreadPool m_pool;
-    std::map<quint64, Pending> m_pending; // touched on the loader's thread only
+    std::shared_ptr<Work> m_work;
+    std::vector<std::thread> m_workers; // started with the first request
+    std::map<quint64, Pending> m_pending;
     quint64 m_next = 1;
 };
 

@@ -7,11 +7,13 @@
 #include "composer/ThumbnailLoader.h"
 
 #include <QLabel>
-#include <QMutex>
 #include <QSignalSpy>
 #include <QTest>
-#include <QThread>
 #include <QUrl>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
 
 using namespace velmora;
 using namespace velmora::test;
@@ -73,33 +75,34 @@ TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChange
 
 TEST(ExtensionAttachmentController, ReadsAndWritesTheListUnderItsOwnersLock) {
     auto list = std::make_shared<List>();
-    QMutex lock; // the owner's
+    std::mutex lock; // the owner's
     int accesses = 0;
     ExtensionAttachmentController controller;
     controller.setContent(list, [&](const std::function<void(List&)>& body) {
-        const QMutexLocker locked(&lock);
+        const std::lock_guard locked(lock);
         ++accesses;
         body(*list);
     });
     EXPECT_EQ(accesses, 1);
 
     // Another thread appends under the lock while the strip catches up.
-    std::unique_ptr<QThread> writer(QThread::create([&] {
+    std::atomic<bool> finished = false;
+    std::thread writer([&] {
         for (int i = 0; i < 200; ++i) {
-            const QMutexLocker locked(&lock);
+            const std::lock_guard locked(lock);
             list->append(QStringLiteral("/staged/file%1.txt").arg(i));
         }
-    }));
-    writer->start();
-    while (!writer->isFinished())
+        finished = true;
+    });
+    while (!finished)
         controller.rearrangeObjects();
-    writer->wait();
+    writer.join();
     controller.rearrangeObjects();
     EXPECT_EQ(controller.rowCount(), 200);
     EXPECT_EQ(controller.index(199).data().toString(), QStringLiteral("file199.txt"));
 
     controller.addObjects({QStringLiteral("/x/y.txt")});
-    const QMutexLocker locked(&lock);
+    const std::lock_guard locked(lock);
     EXPECT_EQ(list->size(), 201);
 }
 
