@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+
+namespace velmora {
+
+// The main queue: runs functions on the main thread (the application object's) from any
+// thread, in the order they were queued. The hand-over goes through a standard mutex, so the
+// thread sanitizer sees it, which it cannot for Qt's own event-queue locks; functions are made,
+// run and destroyed without another thread touching them unguarded. Needs the application
+// object to exist.
+class MainQueue {
+public:
+    // Queues f and returns at once; f runs when the main thread's event loop next runs.
+    static void async(std::function<void()> f);
+    // Runs f on the main thread and returns once it has run: in place when called there,
+    // otherwise the main thread must be free to run its event loop meanwhile.
+    static void sync(const std::function<void()>& f);
+    static bool isMainThread();
+};
+
+} // namespace velmora

@@ -1,0 +1,220 @@
+#include "TestSupport.h"
+#include "composer/ExtensionContentTextView.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <QTest>
+#include <QTimer>
+
+using namespace velmora;
+
+namespace {
+
+// Records every command it is asked about and answers as told.
+class RecordingDelegate : public QObject, public ExtensionContentTextViewDelegate {
+public:
+    bool answer = true;
+    struct Call {
+        QString selector;
+        std::optional<KeyCommand> key;
+    };
+    QList<Call> calls;
+
+    bool extensionContentTextView(ExtensionContentTextView* view,
+                                  const QString& selector) override {
+        calls.append({selector, view->currentKeyCommand()});
+        return answer;
+    }
+};
+
+struct Body {
+    ExtensionContentTextView view;
+    Body() {
+        view.resize(300, 100);
+        view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+        view.setPlainText(QStringLiteral("hello world"));
+        placeCaret(11);
+    }
+    void placeCaret(int position, int anchor = -1) {
+        QTextCursor cursor = view.textCursor();
+        cursor.setPosition(anchor < 0 ? position : anchor);
+        cursor.setPosition(position, QTextCursor::KeepAnchor);
+        view.setTextCursor(cursor);
+    }
+    QString text() const { return view.toPlainText(); }
+    int caret() const { return view.textCursor().position(); }
+};
+
+TEST(ExtensionContentTextView, AsksItsDelegateWithTheCommandAndTheKeyPress) {
+    Body body;
+    RecordingDelegate delegate;
+    body.view.setMyDelegate(&delegate);
+
+    const struct {
+        const char* name;
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        const char* selector;
+        quint64 flags;
+        quint16 keyCode;
+        const char* lowerCharacters; // as the composer's shortcuts compare them; null: not read
+    } presses[] = {
+        {"return", Qt::Key_Return, Qt::NoModifier, "insertNewline:", 0, 36, "\r"},
+        {"shift-tab", Qt::Key_Backtab, Qt::ShiftModifier, "insertBacktab:", KeyFlags::Shift, 48,
+         nullptr},
+        {"backspace", Qt::Key_Backspace, Qt::NoModifier, "deleteBackward:", 0, 51, nullptr},
+        {"ctrl-return", Qt::Key_Return, Qt::ControlModifier, "noop:", KeyFlags::Command, 36, "\r"},
+        {"ctrl-shift-d", Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier,
+         "noop:", KeyFlags::Command | KeyFlags::Shift, 2, "d"},
+    };
+    for (const auto& press : presses) {
+        SCOPED_TRACE(press.name);
+        delegate.calls.clear();
+        QTest::keyClick(&body.view, press.key, press.modifiers);
+        ASSERT_EQ(delegate.calls.size(), 1) << delegate.calls.back().selector.toStdString();
+        const auto& call = delegate.calls.front();
+        EXPECT_EQ(call.selector, QString::fromLatin1(press.selector));
+        ASSERT_TRUE(call.key.has_value());
+        EXPECT_EQ(call.key->modifierFlags, press.flags);
+        EXPECT_EQ(call.key->keyCode, press.keyCode);
+        if (press.lowerCharacters) {
+            EXPECT_EQ(call.key->characters.toLower(), QString::fromLatin1(press.lowerCharacters));
+        }
+        EXPECT_FALSE(body.view.currentKeyCommand().has_value());
+    }
+    // Every command was counted as handled: none was performed.
+    EXPECT_EQ(body.text(), QStringLiteral("hello world"));
+    EXPECT_EQ(body.caret(), 11);
+
+    // Typing is not a command.
+    delegate.calls.clear();
+    QTest::keyClicks(&body.view, QStringLiteral("!"));
+    EXPECT_TRUE(delegate.calls.isEmpty());
+    EXPECT_EQ(body.text(), QStringLiteral("hello world!"));
+}
+
+TEST(ExtensionContentTextView, PerformsTheCommandsItsDelegateLeavesUnhandled) {
+    RecordingDelegate delegate;
+    delegate.answer = false;
+    const struct {
+        const char* name;
+        int caret;
+        int anchor;
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        const char* text;
+        int caretAfter;
+        int anchorAfter;
+    } rows[] = {
+        {"return-splits", 5, -1, Qt::Key_Return, {}, "hello\n world", 6, 6},
+        {"backspace", 11, -1, Qt::Key_Backspace, {}, "hello worl", 10, 10},
+        {"backspace-selection", 11, 6, Qt::Key_Backspace, {}, "hello ", 6, 6},
+        {"option-backspace-word", 11, -1, Qt::Key_Backspace, Qt::AltModifier, "hello ", 6, 6},
+        {"command-backspace-line", 8, -1, Qt::Key_Backspace, Qt::ControlModifier, "rld", 0, 0},
+        {"left-collapses-selection", 8, 2, Qt::Key_Left, {}, "hello world", 2, 2},
+        {"shift-left-extends", 5, -1, Qt::Key_Left, Qt::ShiftModifier, "hello world", 4, 5},
+        {"command-left-line-start", 8, -1, Qt::Key_Left, Qt::ControlModifier, "hello world", 0, 0},
+        {"control-a-paragraph-start", 8, -1, Qt::Key_A, Qt::MetaModifier, "hello world", 0, 0},
+        {"control-k-kills-to-end", 5, -1, Qt::Key_K, Qt::MetaModifier, "hello", 5, 5},
+        {"control-t-transposes", 1, -1, Qt::Key_T, Qt::MetaModifier, "ehllo world", 2, 2},
+        {"unbound-does-nothing", 5, -1, Qt::Key_Return, Qt::ControlModifier, "hello world", 5, 5},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Body body;
+        body.view.setMyDelegate(&delegate);
+        body.placeCaret(row.caret, row.anchor);
+        QTest::keyClick(&body.view, row.key, row.modifiers);
+        EXPECT_EQ(body.text(), QString::fromLatin1(row.text));
+        EXPECT_EQ(body.caret(), row.caretAfter);
+        EXPECT_EQ(body.view.textCursor().anchor(), row.anchorAfter);
+    }
+}
+
+TEST(ExtensionContentTextView, WithoutADelegateThatAnswersNoEditingCommandIsPerformed) {
+    QObject notADelegate; // an object without the hook counts as no delegate
+    for (QObject* delegate : {static_cast<QObject*>(nullptr), &notADelegate}) {
+        Body body;
+        body.view.setMyDelegate(delegate);
+        body.placeCaret(5);
+        for (Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Delete, Qt::Key_Backspace,
+                            Qt::Key_Tab, Qt::Key_Left, Qt::Key_Down})
+            QTest::keyClick(&body.view, key);
+        EXPECT_EQ(body.text(), QStringLiteral("hello world"));
+        EXPECT_EQ(body.caret(), 5);
+        QTest::keyClicks(&body.view, QStringLiteral("X"));
+        EXPECT_EQ(body.text(), QStringLiteral("helloX world"));
+    }
+}
+
+TEST(ExtensionContentTextView, CopyPasteAndUndoWorkThroughTheClipboard) {
+    Body body; // no delegate: editing commands are refused, the Edit shortcuts are not
+    QApplication::clipboard()->clear();
+    body.placeCaret(5, 0);
+    QTest::keyClick(&body.view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("hello"));
+    body.placeCaret(11);
+    QTest::keyClick(&body.view, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(body.text(), QStringLiteral("hello worldhello"));
+    QTest::keyClick(&body.view, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(body.text(), QStringLiteral("hello world"));
+}
+
+TEST(ExtensionContentTextView, RefusesEveryDrop) {
+    Body body;
+    EXPECT_FALSE(body.view.acceptDrops());
+    EXPECT_FALSE(body.view.viewport()->acceptDrops());
+
+    QMimeData text;
+    text.setText(QStringLiteral("dropped"));
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.png"))});
+    QMimeData html;
+    html.setHtml(QStringLiteral("<b>dropped</b>"));
+    const QPoint at(20, 10);
+    for (const QMimeData* data : {&text, &files, &html}) {
+        QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
+        QApplication::sendEvent(body.view.viewport(), &enter);
+        EXPECT_FALSE(enter.isAccepted());
+        QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
+        QApplication::sendEvent(body.view.viewport(), &move);
+        EXPECT_FALSE(move.isAccepted());
+        QDropEvent drop(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
+        QApplication::sendEvent(body.view.viewport(), &drop);
+        EXPECT_FALSE(drop.isAccepted());
+    }
+    EXPECT_EQ(body.text(), QStringLiteral("hello world"));
+}
+
+TEST(ExtensionContentTextView, PressingInTheSelectionSelectsAnewInsteadOfDragging) {
+    Body body;
+    body.view.selectAll();
+    QWidget* viewport = body.view.viewport();
+    const QPoint start =
+        body.view.cursorRect(body.view.document()->find(QStringLiteral("e"))).center();
+    const QPoint end =
+        body.view.cursorRect(body.view.document()->find(QStringLiteral("w"))).center();
+    // A drag, once started, runs until the mouse is released: release it from a timer so that a
+    // failing view ends the test instead of hanging it.
+    bool dragStarted = false;
+    QTimer guard;
+    guard.setSingleShot(true);
+    QObject::connect(&guard, &QTimer::timeout, [&] {
+        dragStarted = true;
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+    });
+    QTest::mousePress(viewport, Qt::LeftButton, {}, start);
+    guard.start(1000);
+    for (int x = start.x(); x <= end.x(); x += 4)
+        QTest::mouseMove(viewport, QPoint(x, start.y()));
+    QTest::mouseMove(viewport, end);
+    guard.stop();
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+    EXPECT_FALSE(dragStarted);
+    EXPECT_EQ(body.view.textCursor().selectedText(), QStringLiteral("llo w"));
+    EXPECT_EQ(body.text(), QStringLiteral("hello world"));
+}
+
+} // namespace

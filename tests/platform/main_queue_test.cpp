@@ -1,0 +1,64 @@
+#include "TestSupport.h"
+#include "platform/MainQueue.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+#include <thread>
+#include <vector>
+
+using namespace velmora;
+
+namespace {
+
+TEST(MainQueue, RunsWorkFromEveryThreadOnTheMainThreadInOrder) {
+    QThread* const main = QThread::currentThread();
+    std::vector<int> seen; // touched on the main thread only
+    bool allOnMain = true;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < 50; ++i) {
+                MainQueue::async([&, t, i] {
+                    allOnMain = allOnMain && QThread::currentThread() == main;
+                    seen.push_back(t * 1000 + i);
+                });
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_TRUE(seen.empty()); // nothing runs before the event loop does
+    QCoreApplication::processEvents();
+    ASSERT_EQ(seen.size(), 200u);
+    EXPECT_TRUE(allOnMain);
+    // Each thread's work in the order it queued it.
+    for (int t = 0; t < 4; ++t) {
+        int last = -1;
+        for (int v : seen)
+            if (v / 1000 == t) {
+                EXPECT_GT(v, last);
+                last = v;
+            }
+    }
+}
+
+TEST(MainQueue, SyncWaitsForTheMainThreadOrRunsInPlaceThere) {
+    int ranHere = 0;
+    MainQueue::sync([&] { ++ranHere; });
+    EXPECT_EQ(ranHere, 1);
+
+    std::atomic<bool> returned = false;
+    QThread* ranOn = nullptr;
+    std::thread worker([&] {
+        MainQueue::sync([&] { ranOn = QThread::currentThread(); });
+        returned = true;
+    });
+    while (!returned)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    worker.join();
+    EXPECT_EQ(ranOn, QThread::currentThread());
+    EXPECT_TRUE(MainQueue::isMainThread());
+}
+
+} // namespace
