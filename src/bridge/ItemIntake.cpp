@@ -39,8 +39,9 @@ void appendAttachments(ExtensionMessage& message, const QStringList& paths) {
 
 // A URL provider's answer: a file is staged, a web link becomes an anchor and its item's title
 // the subject.
-void takeLink(const QString& service, ExtensionMessage& message, const ExtensionItem& item,
-              const QVariant& answer, const std::optional<Error>& error) {
+void takeLink(const QString& service, ExtensionMessage& message,
+              const std::optional<RichText>& title, const QVariant& answer,
+              const std::optional<Error>& error) {
     if (error) {
         Log::error(u"[%@] GetItemForExtension kUTTypeURL %@", error->text());
         return;
@@ -56,7 +57,6 @@ void takeLink(const QString& service, ExtensionMessage& message, const Extension
         return;
     }
     const QString address = url.toString(QUrl::FullyEncoded);
-    const auto& title = item.attributedTitle();
     message.withLock([&] {
         message.setSubject(title ? title->string() : QString());
         appendToBody(message, QStringLiteral("<a href=\"%1\">%1</a>").arg(address));
@@ -80,14 +80,15 @@ void takeImage(const QString& service, ExtensionMessage& message, const QVariant
 }
 
 void requestAttachments(const QString& service, const std::shared_ptr<ExtensionMessage>& message,
-                        const std::shared_ptr<ExtensionItem>& item, const PendingCount& pending) {
-    for (const auto& provider : item->attachments()) {
+                        const ExtensionItem& item, const PendingCount& pending) {
+    for (const auto& provider : item.attachments()) {
         if (provider->hasItemConformingToTypeIdentifier(kUTTypeURL)) {
+            // The callback keeps the title, not the item: the items stay with their request.
             provider->loadItemForTypeIdentifier(
                 kUTTypeURL, {},
-                [service, message, item, pending](const QVariant& answer,
-                                                  const std::optional<Error>& error) {
-                    takeLink(service, *message, *item, answer, error);
+                [service, message, title = item.attributedTitle(),
+                 pending](const QVariant& answer, const std::optional<Error>& error) {
+                    takeLink(service, *message, title, answer, error);
                     pending->fetch_sub(1, std::memory_order_acq_rel);
                 });
         } else if (provider->hasItemConformingToTypeIdentifier(kUTTypeImage)) {
@@ -113,8 +114,11 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
             std::this_thread::sleep_for(interval);
         };
     DispatchQueue::global(DispatchQueue::Priority::Background)
-        .async([context, service, completion = std::move(completion), sleep = std::move(sleep)] {
-            const auto& items = context->inputItems();
+        .async([context = context, service, completion = std::move(completion),
+                sleep = std::move(sleep)]() mutable {
+            // A missing context is a share of nothing.
+            ExtensionContext::Items items =
+                context ? context->inputItems() : ExtensionContext::Items();
             qint64 announced = 0;
             for (const auto& item : items)
                 announced += item->attachments().size();
@@ -128,8 +132,11 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
                     message->withLock(
                         [&] { appendToBody(*message, text->toHtml() + QStringLiteral("<br/>")); });
                 }
-                requestAttachments(service, message, item, pending);
+                requestAttachments(service, message, *item, pending);
             }
+            // The request's items are released where their owner releases them, not here.
+            items.clear();
+            context.reset();
 
             int budget = kWaitBudget;
             while (true) {
@@ -138,7 +145,8 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
                     break;
                 --budget;
             }
-            completion(message, std::nullopt);
+            if (completion)
+                completion(message, std::nullopt);
         });
 }
 

@@ -34,11 +34,11 @@ bool ApplicationLauncher::openUrls(const QStringList& urls, const QString& bundl
     const QString entry = desktopEntryPath(bundleIdentifier);
     if (entry.isEmpty())
         return false;
-    // Null for an entry GIO will not launch: hidden, not for this desktop, or whose program
-    // is missing.
+    // Null for an entry whose program is missing. A hidden entry counts as deleted, as the
+    // desktop entry rules have it: one in $XDG_DATA_HOME hides the system's entry of that name.
     const GObjectPtr<GDesktopAppInfo> app(
         g_desktop_app_info_new_from_filename(QFile::encodeName(entry).constData()));
-    if (!app)
+    if (!app || g_desktop_app_info_get_is_hidden(app.get()))
         return false;
 
     const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());

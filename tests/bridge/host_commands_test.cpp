@@ -120,7 +120,10 @@ TEST_F(HostCommands, AllUrlsGoAsArgumentsOfOneLaunchAndOnlyForegroundPassesToken
 TEST_F(HostCommands, NothingToOpenOrNoApplicationGivesFalse) {
     EXPECT_FALSE(ExtensionUtilities::LaunchCommands({}, true));
     EXPECT_FALSE(ExtensionUtilities::LaunchCommands({UrlText()}, true));
-    QFile::remove(entry(QStringLiteral("it.zemlo.velmora")));
+    const QString release = entry(QStringLiteral("it.zemlo.velmora"));
+    writeFile(release, readFile(release) + "Hidden=true\n");
+    EXPECT_FALSE(ExtensionUtilities::LaunchCommands({url("velmora://send?a=1")}, false));
+    QFile::remove(release);
     EXPECT_FALSE(ExtensionUtilities::LaunchCommands({url("velmora://send?a=1")}, false));
     // No fallback to another build.
     EXPECT_TRUE(recorded().isEmpty());
