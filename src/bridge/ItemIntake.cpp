@@ -15,12 +15,12 @@ namespace velmora {
 namespace {
 
 // The wait between two looks at the providers: 0.1 s as a single-precision value, widened
-// (0.10000000149011612 s), as the main application's own intake waits.
+// (0.10000000149011612 s).
 constexpr double kPollSeconds = static_cast<double>(0.1f);
 // Extra looks after the first: at most 101 waits in all, about 10.1 s.
 constexpr int kWaitBudget = 100;
 
-// Providers asked minus providers that have answered; shared by the worker and the callbacks.
+// Providers counted minus providers that have answered; shared by the worker and the callbacks.
 using PendingCount = std::shared_ptr<std::atomic<qint64>>;
 
 void appendToBody(ExtensionMessage& message, const QString& html) {
