@@ -20,6 +20,9 @@ inline constexpr QLatin1String commandCompose("compose");
 inline constexpr QLatin1String commandSend("send");
 inline constexpr QLatin1String commandOpen("open");
 
+// Posted in this process for every message a command is sent to the main application for.
+inline constexpr QLatin1String actionCalledExtension("ACTION_CALLED_EXTENSION");
+
 // The container that this program shares with the main application.
 inline constexpr QLatin1String applicationGroupIdentifier("7QK4M2HXWD.velmora");
 inline constexpr QLatin1String releaseDataFolder("SharedData");

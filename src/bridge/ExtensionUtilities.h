@@ -1,17 +1,25 @@
 #pragma once
 
+#include "platform/Error.h"
+#include "request/UrlText.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace velmora {
 
 class ExtensionAccount;
 class ExtensionAddress;
+class ExtensionContext;
 class ExtensionGroup;
+class ExtensionMessage;
 
 // The contacts as the main application keeps them: addresses, and groups of addresses.
 struct AddressesAndGroupsResult {
@@ -20,7 +28,8 @@ struct AddressesAndGroupsResult {
 };
 
 // The bridge to the main application: where the shared container is, the staging folder of a
-// share, and the directory files the main application writes. Stateless: every call asks afresh.
+// share, the intake of shared items, the directory files the main application writes, and the
+// commands sent to it. Stateless: every call asks afresh.
 class ExtensionUtilities {
 public:
     ExtensionUtilities() = delete;
@@ -39,6 +48,32 @@ public:
     static QStringList ShareFiles(const QString& service, const QStringList& paths);
     // Writes each buffer as "image.png" (or image_1.png ...) into the staging folder.
     static QStringList ShareDatas(const QString& service, const QList<QByteArray>& datas);
+
+    // Receives the message made from the shared items; the error is always null.
+    using MessageCompletion = std::function<void(const std::shared_ptr<ExtensionMessage>& message,
+                                                 const std::optional<Error>& error)>;
+    // How the intake waits between two looks at its providers.
+    using Sleep = std::function<void(std::chrono::duration<double> interval)>;
+
+    // Makes a new message from the context's input items on a background thread and returns
+    // at once: rich text becomes HTML body text, a web link an anchor in the body (its item's
+    // title the subject), a file a staged copy and an image a staged PNG, each staged path an
+    // attachment. Waits about 0.1 s at a time until every provider has answered, for at most
+    // 101 waits, then calls completion once on that thread; later answers still change the
+    // message. sleep replaces the real wait (for tests).
+    static void GetItemForExtension(const std::shared_ptr<ExtensionContext>& context,
+                                    const QString& service, MessageCompletion completion,
+                                    Sleep sleep = {});
+
+    // Opens the URLs with the main application in one launch (see docs/main-application.md):
+    // without bringing it to the front when background is set. False for an empty list or when
+    // the application cannot be launched.
+    static bool LaunchCommands(const QList<UrlText>& urls, bool background);
+    // Sends command for each message as "velmora://<command>?mail=...&messageid=...&
+    // folderstandardid=...", posting "ACTION_CALLED_EXTENSION" for each; a message whose URL
+    // does not parse is left out. The result of LaunchCommands.
+    static bool LaunchCommandForMessages(const QList<std::shared_ptr<ExtensionMessage>>& messages,
+                                         const QString& command, bool background);
 
     // The accounts of Accounts.plist, in file order; empty when there is no such file.
     static QList<std::shared_ptr<ExtensionAccount>> Accounts();

@@ -9,4 +9,9 @@ Error Error::posix(int errnum, const QString& what) {
             what + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errnum))};
 }
 
+Error Error::userCancelled() {
+    return {QString::fromLatin1(kCocoaErrorDomain), kUserCancelledErrorCode,
+            QStringLiteral("The operation was cancelled.")};
+}
+
 } // namespace velmora

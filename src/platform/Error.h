@@ -12,6 +12,8 @@ struct Error {
 
     // The error of a failed system call: the POSIX domain, errno and "<what>: <strerror>".
     static Error posix(int errnum, const QString& what);
+    // The error with which a request is cancelled because the user chose Cancel.
+    static Error userCancelled();
 
     // The text that stands for the error in a log line.
     QString text() const { return description; }
@@ -21,5 +23,7 @@ struct Error {
 
 inline constexpr auto kPosixErrorDomain = "NSPOSIXErrorDomain";
 inline constexpr auto kCocoaErrorDomain = "NSCocoaErrorDomain";
+// The code of userCancelled() in the Cocoa domain, as the main application knows it.
+inline constexpr qint64 kUserCancelledErrorCode = 3072;
 
 } // namespace velmora

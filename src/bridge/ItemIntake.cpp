@@ -1,0 +1,153 @@
+#include "bridge/ExtensionUtilities.h"
+#include "message/ExtensionMessage.h"
+#include "platform/DispatchQueue.h"
+#include "platform/ExtensionContext.h"
+#include "platform/Log.h"
+#include "platform/PngConversion.h"
+
+#include <QUrl>
+
+#include <atomic>
+#include <thread>
+
+namespace velmora {
+
+namespace {
+
+// The wait between two looks at the providers: 0.1 s as a single-precision value, widened
+// (0.10000000149011612 s).
+constexpr double kPollSeconds = static_cast<double>(0.1f);
+// Extra looks after the first: at most 101 waits in all, about 10.1 s.
+constexpr int kWaitBudget = 100;
+
+// Providers counted minus providers that have answered; shared by the worker and the callbacks.
+using PendingCount = std::shared_ptr<std::atomic<qint64>>;
+
+void appendToBody(ExtensionMessage& message, const QString& html) {
+    QString body = message.htmlBody();
+    if (body.isNull())
+        body = QStringLiteral("");
+    message.setHtmlBody(body + html);
+}
+
+void appendAttachments(ExtensionMessage& message, const QStringList& paths) {
+    message.withLock([&] {
+        for (const QString& path : paths)
+            message.appendAttachment(path);
+    });
+}
+
+// A URL provider's answer: a file is staged, a web link becomes an anchor and its item's title
+// the subject.
+void takeLink(const QString& service, ExtensionMessage& message,
+              const std::optional<RichText>& title, const QVariant& answer,
+              const std::optional<Error>& error) {
+    if (error) {
+        Log::error(u"[%@] GetItemForExtension kUTTypeURL %@", error->text());
+        return;
+    }
+    if (answer.typeId() != QMetaType::QUrl) {
+        Log::error(u"[%@] GetItemForExtension kUTTypeURL %@",
+                   QStringLiteral("not a URL: ") + QString::fromLatin1(answer.typeName()));
+        return;
+    }
+    const QUrl url = answer.toUrl();
+    if (url.isLocalFile()) {
+        appendAttachments(message, ExtensionUtilities::ShareFiles(service, {url.toLocalFile()}));
+        return;
+    }
+    const QString address = url.toString(QUrl::FullyEncoded);
+    message.withLock([&] {
+        message.setSubject(title ? title->string() : QString());
+        appendToBody(message, QStringLiteral("<a href=\"%1\">%1</a>").arg(address));
+    });
+}
+
+// An image provider's answer: written as PNG into the staging folder.
+void takeImage(const QString& service, ExtensionMessage& message, const QVariant& answer,
+               const std::optional<Error>& error) {
+    if (error) {
+        Log::error(u"[%@] GetItemForExtension kUTTypeImage %@", error->text());
+        return;
+    }
+    const PngConversion::Result png = PngConversion::fromItem(answer);
+    if (const Error* failure = std::get_if<Error>(&png)) {
+        Log::error(u"[%@] GetItemForExtension kUTTypeImage %@", failure->text());
+        return;
+    }
+    appendAttachments(message,
+                      ExtensionUtilities::ShareDatas(service, {std::get<QByteArray>(png)}));
+}
+
+void requestAttachments(const QString& service, const std::shared_ptr<ExtensionMessage>& message,
+                        const ExtensionItem& item, const PendingCount& pending) {
+    for (const auto& provider : item.attachments()) {
+        if (provider->hasItemConformingToTypeIdentifier(kUTTypeURL)) {
+            // The callback keeps the title, not the item: the items stay with their request.
+            provider->loadItemForTypeIdentifier(
+                kUTTypeURL, {},
+                [service, message, title = item.attributedTitle(),
+                 pending](const QVariant& answer, const std::optional<Error>& error) {
+                    takeLink(service, *message, title, answer, error);
+                    pending->fetch_sub(1, std::memory_order_acq_rel);
+                });
+        } else if (provider->hasItemConformingToTypeIdentifier(kUTTypeImage)) {
+            provider->loadItemForTypeIdentifier(
+                kUTTypeImage, {},
+                [service, message, pending](const QVariant& answer,
+                                            const std::optional<Error>& error) {
+                    takeImage(service, *message, answer, error);
+                    pending->fetch_sub(1, std::memory_order_acq_rel);
+                });
+        }
+        // A provider of neither kind keeps its unit in the count: the wait runs to its limit.
+    }
+}
+
+} // namespace
+
+void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionContext>& context,
+                                             const QString& service, MessageCompletion completion,
+                                             Sleep sleep) {
+    if (!sleep)
+        sleep = [](std::chrono::duration<double> interval) {
+            std::this_thread::sleep_for(interval);
+        };
+    DispatchQueue::global(DispatchQueue::Priority::Background)
+        .async([context = context, service, completion = std::move(completion),
+                sleep = std::move(sleep)]() mutable {
+            // A missing context is a share of nothing.
+            ExtensionContext::Items items =
+                context ? context->inputItems() : ExtensionContext::Items();
+            qint64 announced = 0;
+            for (const auto& item : items)
+                announced += item->attachments().size();
+            const auto pending = std::make_shared<std::atomic<qint64>>(announced);
+            const std::shared_ptr<ExtensionMessage> message = ExtensionMessage::init();
+
+            for (const auto& item : items) {
+                const auto& text = item->attributedContentText();
+                if (text && text->length() > 0) {
+                    // Callbacks of earlier items may be changing the body already.
+                    message->withLock(
+                        [&] { appendToBody(*message, text->toHtml() + QStringLiteral("<br/>")); });
+                }
+                requestAttachments(service, message, *item, pending);
+            }
+            // The request's items are released where their owner releases them, not here.
+            items.clear();
+            context.reset();
+
+            int budget = kWaitBudget;
+            while (true) {
+                sleep(std::chrono::duration<double>(kPollSeconds));
+                if (pending->load(std::memory_order_acquire) == 0 || budget == 0)
+                    break;
+                --budget;
+            }
+            if (completion)
+                completion(message, std::nullopt);
+        });
+}
+
+} // namespace velmora

@@ -1,0 +1,64 @@
+#include "TestSupport.h"
+#include "platform/DispatchQueue.h"
+#include "platform/ExtensionContext.h"
+#include "platform/NotificationCenter.h"
+
+#include <future>
+#include <vector>
+
+using namespace velmora;
+
+namespace {
+
+TEST(ExtensionContext, TellsTheHostOnceWithTheReturnedItemsOrTheCancelError) {
+    std::vector<ExtensionContext::Outcome> told;
+    std::vector<bool> handled;
+    const auto returned = std::make_shared<ExtensionItem>();
+    ExtensionContext completed({}, [&](const auto& outcome) { told.push_back(outcome); });
+    completed.completeRequestReturningItems({returned}, [&](bool e) { handled.push_back(e); });
+    completed.completeRequestReturningItems({}, [&](bool e) { handled.push_back(e); });
+    completed.cancelRequestWithError(Error::userCancelled());
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_FALSE(told[0].cancelled());
+    EXPECT_EQ(told[0].returnedItems, ExtensionContext::Items{returned});
+    EXPECT_EQ(handled, std::vector<bool>{false});
+
+    ExtensionContext cancelled({}, [&](const auto& outcome) { told.push_back(outcome); });
+    EXPECT_FALSE(cancelled.hasEnded());
+    cancelled.cancelRequestWithError(Error::userCancelled());
+    cancelled.completeRequestReturningItems({});
+    EXPECT_TRUE(cancelled.hasEnded());
+    ASSERT_EQ(told.size(), 2u);
+    ASSERT_TRUE(told[1].cancelled());
+    EXPECT_EQ(told[1].error->domain, QStringLiteral("NSCocoaErrorDomain"));
+    EXPECT_EQ(told[1].error->code, 3072);
+}
+
+TEST(NotificationCenter, DeliversByNameInOrderUntilRemovedAndObserversMayPost) {
+    NotificationCenter center;
+    QStringList seen;
+    const int a = center.addObserver(QStringLiteral("A"), [&](const Notification& n) {
+        seen << QStringLiteral("a:") + n.object.toString();
+        center.postNotificationName(QStringLiteral("B"), {});
+    });
+    center.addObserver({}, [&](const Notification& n) { seen << QStringLiteral("all:") + n.name; });
+    center.postNotificationName(QStringLiteral("A"), QStringLiteral("1"));
+    center.removeObserver(a);
+    center.postNotificationName(QStringLiteral("A"), QStringLiteral("2"));
+    EXPECT_EQ(seen, (QStringList{"a:1", "all:B", "all:A", "all:A"}));
+}
+
+TEST(DispatchQueue, ABlockedWorkItemDoesNotHoldUpTheNext) {
+    DispatchQueue queue(DispatchQueue::Priority::Background);
+    std::promise<void> second;
+    std::promise<void> first;
+    // The first item finishes only after the second has run: on one thread both would wait.
+    queue.async([&, ran = second.get_future().share()] {
+        ran.wait();
+        first.set_value();
+    });
+    queue.async([&] { second.set_value(); });
+    EXPECT_EQ(first.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
+}
+
+} // namespace
