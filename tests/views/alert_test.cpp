@@ -1,0 +1,135 @@
+#include "TestSupport.h"
+#include "views/AlertViewcontroller.h"
+#include "views/FlippedView.h"
+#include "views/SynchronousSheet.h"
+
+#include <QImage>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <atomic>
+
+using namespace velmora;
+
+namespace {
+
+TEST(AlertViewcontroller, ViewIsAFullyRedPanelOf400By200) {
+    AlertViewcontroller controller;
+    EXPECT_FALSE(controller.isViewLoaded());
+    FlippedView* view = controller.view();
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(controller.view(), view); // loaded once
+    EXPECT_EQ(view->size(), QSize(400, 200));
+    QImage image(view->size(), QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    view->render(&image);
+    for (int y = 0; y < 200; y += 9)
+        for (int x = 0; x < 400; x += 9)
+            ASSERT_EQ(image.pixelColor(x, y), QColor(Qt::red)) << x << "," << y;
+    EXPECT_EQ(image.pixelColor(399, 199), QColor(Qt::red));
+}
+
+// A window with one button of its own, to see whether it takes input.
+struct Window {
+    QWidget widget;
+    QPushButton* own = new QPushButton(QStringLiteral("Own"), &widget);
+    int ownClicks = 0;
+    Window() {
+        widget.resize(400, 300);
+        own->setGeometry(10, 250, 80, 30);
+        QObject::connect(own, &QPushButton::clicked, [this] { ++ownClicks; });
+        widget.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&widget));
+    }
+    // Through the window system, as a user's click comes, so that modality applies.
+    void clickOwn() {
+        QTest::mouseClick(widget.windowHandle(), Qt::LeftButton, {}, own->geometry().center());
+    }
+};
+
+// Once the alert shows, clicks the window's own button (which the sheet must block) and then
+// the alert's button; runs from the event loop the sheet runs.
+void pressWhenShown(QMessageBox& alert, QAbstractButton* button, Window& window,
+                    std::atomic<int>& clicksWhileShown) {
+    auto* poll = new QTimer(&alert);
+    QObject::connect(poll, &QTimer::timeout, poll, [&, poll, button] {
+        if (!alert.isVisible())
+            return;
+        poll->deleteLater();
+        window.clickOwn();
+        clicksWhileShown = window.ownClicks;
+        QTest::mouseClick(button, Qt::LeftButton);
+    });
+    poll->start(5);
+}
+
+// Buttons added as Cancel first, then Send Anyway: the button box lays them out (and lists
+// them) by role, the codes follow the order they were added.
+struct Alert {
+    QMessageBox box;
+    QPushButton* cancel;
+    QPushButton* send;
+    Alert() {
+        box.setText(QStringLiteral("Empty subject"));
+        cancel = box.addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+        send = box.addButton(QStringLiteral("Send Anyway"), QMessageBox::AcceptRole);
+    }
+};
+
+TEST(SynchronousSheet, ReturnsTheCodeOfThePressedButtonAndReleasesTheWindow) {
+    Window window;
+    for (const int index : {0, 1}) {
+        SCOPED_TRACE(index);
+        Alert alert;
+        std::atomic<int> clicksWhileShown = -1;
+        QAbstractButton* pressed = index == 0 ? alert.cancel : alert.send;
+        pressWhenShown(alert.box, pressed, window, clicksWhileShown);
+        const int before = window.ownClicks;
+        EXPECT_EQ(runModalSheetForWindow(alert.box, &window.widget), 1000 + index);
+        EXPECT_EQ(clicksWhileShown, before) << "the window took input while the sheet was shown";
+        EXPECT_FALSE(alert.box.isVisible());
+        EXPECT_EQ(alert.box.parentWidget(), nullptr);
+        window.clickOwn();
+        EXPECT_EQ(window.ownClicks, before + 1);
+    }
+}
+
+TEST(SynchronousSheet, RunModalSheetUsesTheActiveWindow) {
+    Window window;
+    QApplication::setActiveWindow(&window.widget);
+    Alert alert;
+    std::atomic<int> clicksWhileShown = -1;
+    pressWhenShown(alert.box, alert.send, window, clicksWhileShown);
+    EXPECT_EQ(runModalSheet(alert.box), 1001);
+    EXPECT_EQ(clicksWhileShown, 0);
+}
+
+TEST(SynchronousSheet, CalledOffTheMainThreadShowsAndHidesOnIt) {
+    Window window;
+    Alert alert;
+    std::atomic<int> clicksWhileShown = -1;
+    pressWhenShown(alert.box, alert.cancel, window, clicksWhileShown);
+    std::atomic<int> code = 0;
+    std::unique_ptr<QThread> worker(
+        QThread::create([&] { code = runModalSheetForWindow(alert.box, &window.widget); }));
+    QSignalSpy done(worker.get(), &QThread::finished);
+    worker->start();
+    ASSERT_TRUE(done.wait(10000));
+    worker->wait();
+    EXPECT_EQ(code, 1000);
+    EXPECT_EQ(clicksWhileShown, 0);
+    EXPECT_FALSE(alert.box.isVisible());
+}
+
+TEST(SynchronousSheet, ClosingTheSheetWithoutAButtonAborts) {
+    Window window;
+    Alert alert;
+    QTimer::singleShot(0, &alert.box, [&] { alert.box.reject(); });
+    EXPECT_EQ(runModalSheetForWindow(alert.box, &window.widget), kSheetAbortedReturn);
+}
+
+} // namespace
