@@ -1,0 +1,61 @@
+#include "recipients/ExtensionSuggestionTableView.h"
+
+#include "recipients/ExtensionSuggestionCellView.h"
+#include "recipients/ExtensionSuggestionController.h"
+
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QStyleHints>
+
+namespace velmora {
+
+ExtensionSuggestionTableView::ExtensionSuggestionTableView(const QRect& frame, QWidget* parent)
+    : QTableView(parent) {
+    setGeometry(frame);
+    horizontalHeader()->hide();
+    horizontalHeader()->setStretchLastSection(true);
+    verticalHeader()->hide();
+    verticalHeader()->setMinimumSectionSize(0);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(ExtensionSuggestionCellView::kRowHeight);
+    setShowGrid(false);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setFrameShape(QFrame::NoFrame);
+    setWordWrap(false);
+    // The field keeps the keyboard; the list is steered through it.
+    setFocusPolicy(Qt::NoFocus);
+    setItemDelegate(new ExtensionSuggestionCellView(this));
+}
+
+void ExtensionSuggestionTableView::setSuggestioncontroller(
+    ExtensionSuggestionController* controller) {
+    m_suggestioncontroller = controller;
+}
+
+void ExtensionSuggestionTableView::mousePressEvent(QMouseEvent* event) {
+    const QModelIndex index = indexAt(event->position().toPoint());
+    // Below the last row there is nothing to take, and the one selected row stays selected.
+    if (!index.isValid())
+        return;
+    const bool firstClick =
+        !m_sinceDoubleClick.isValid() ||
+        m_sinceDoubleClick.elapsed() > QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    if (index.column() == 0 && firstClick && event->button() == Qt::LeftButton &&
+        m_suggestioncontroller)
+        m_suggestioncontroller->insertObjectFoRow(index.row());
+    QTableView::mousePressEvent(event);
+}
+
+void ExtensionSuggestionTableView::mouseDoubleClickEvent(QMouseEvent* event) {
+    // The second click of a double click takes nothing: the first one did.
+    m_sinceDoubleClick.start();
+    QTableView::mouseDoubleClickEvent(event);
+}
+
+} // namespace velmora
