@@ -31,6 +31,17 @@ ExtensionSuggestionTableView::ExtensionSuggestionTableView(const QRect& frame, Q
     // The field keeps the keyboard; the list is steered through it.
     setFocusPolicy(Qt::NoFocus);
     setItemDelegate(new ExtensionSuggestionCellView(this));
+    // The list never has the keyboard, so its selection takes the light colour of a list
+    // without focus, under which the cells' black text stays easy to read.
+    QPalette colours = palette();
+    const QColor base = colours.color(QPalette::Base);
+    const QColor highlight = colours.color(QPalette::Highlight);
+    const QColor unfocused = QColor::fromRgbF(base.redF() * 0.7 + highlight.redF() * 0.3,
+                                              base.greenF() * 0.7 + highlight.greenF() * 0.3,
+                                              base.blueF() * 0.7 + highlight.blueF() * 0.3);
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+        colours.setColor(group, QPalette::Highlight, unfocused);
+    setPalette(colours);
 }
 
 void ExtensionSuggestionTableView::setSuggestioncontroller(
@@ -43,9 +54,9 @@ void ExtensionSuggestionTableView::mousePressEvent(QMouseEvent* event) {
     // Below the last row there is nothing to take, and the one selected row stays selected.
     if (!index.isValid())
         return;
-    const bool firstClick =
-        !m_sinceDoubleClick.isValid() ||
-        m_sinceDoubleClick.elapsed() > QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    const bool firstClick = !m_doubleClickTime ||
+                            event->timestamp() - *m_doubleClickTime >
+                                quint64(QGuiApplication::styleHints()->mouseDoubleClickInterval());
     if (index.column() == 0 && firstClick && event->button() == Qt::LeftButton &&
         m_suggestioncontroller)
         m_suggestioncontroller->insertObjectFoRow(index.row());
@@ -54,7 +65,7 @@ void ExtensionSuggestionTableView::mousePressEvent(QMouseEvent* event) {
 
 void ExtensionSuggestionTableView::mouseDoubleClickEvent(QMouseEvent* event) {
     // The second click of a double click takes nothing: the first one did.
-    m_sinceDoubleClick.start();
+    m_doubleClickTime = event->timestamp();
     QTableView::mouseDoubleClickEvent(event);
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QTableView>
+
+#include <optional>
 
 namespace velmora {
 
@@ -26,7 +27,7 @@ protected:
 private:
     QPointer<ExtensionSuggestionController> m_suggestioncontroller;
     // When the last double click came, so that a third quick click does not count as a first.
-    QElapsedTimer m_sinceDoubleClick;
+    std::optional<quint64> m_doubleClickTime;
 };
 
 } // namespace velmora
