@@ -43,7 +43,7 @@ ExtensionTokenField* ExtensionSuggestionController::tokenField() const {
 }
 
 void ExtensionSuggestionController::loadView() {
-    m_data.clear();
+    m_data = {};
     AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
     m_matcher = SuggestionMatcher(std::move(book.addresses), std::move(book.groups));
 
@@ -58,7 +58,7 @@ void ExtensionSuggestionController::loadView() {
 }
 
 void ExtensionSuggestionController::AssignTable(ExtensionSuggestionTableView* table) {
-    m_data.clear();
+    m_data = {};
     m_model->setRows(m_data);
     m_table = table;
     table->setModel(m_model);
@@ -66,7 +66,7 @@ void ExtensionSuggestionController::AssignTable(ExtensionSuggestionTableView* ta
 }
 
 void ExtensionSuggestionController::showForTextField(ExtensionTokenField* field,
-                                                     const QList<Recipient>& arr) {
+                                                     const Suggestions& arr) {
     m_tokenField = field;
     if (m_visible) {
         populateSuggestion(arr);
@@ -88,7 +88,7 @@ void ExtensionSuggestionController::showForTextField(ExtensionTokenField* field,
     root->show();
 }
 
-void ExtensionSuggestionController::populateSuggestion(const QList<Recipient>& arr) {
+void ExtensionSuggestionController::populateSuggestion(const Suggestions& arr) {
     m_data = arr;
     QMetaObject::invokeMethod(
         this,
@@ -130,7 +130,7 @@ std::optional<Recipient> ExtensionSuggestionController::objectForSelectedRow() c
 std::optional<Recipient> ExtensionSuggestionController::objectForRow(qsizetype row) const {
     if (row < 0 || row >= m_data.size())
         return std::nullopt;
-    return m_data[row];
+    return m_data.at(row);
 }
 
 void ExtensionSuggestionController::insertObjectFoRow(qsizetype row) {

@@ -44,9 +44,9 @@ public:
     // Declared for the composer's accounts; nothing fills or reads it.
     const QVariantList& accounts() const { return m_accounts; }
     // The rows the list shows.
-    const QList<Recipient>& GetArray() const { return m_data; }
+    const Suggestions& GetArray() const { return m_data; }
 
-    QList<Recipient> objectsForString(const QString& text) const {
+    Suggestions objectsForString(const QString& text) const {
         return m_matcher.objectsForString(text);
     }
     std::shared_ptr<ExtensionAddress> addressForMail(const QString& mail) const {
@@ -54,10 +54,10 @@ public:
     }
 
     // Opens the list below field with the results, or only replaces its rows when it is open.
-    void showForTextField(ExtensionTokenField* field, const QList<Recipient>& arr);
+    void showForTextField(ExtensionTokenField* field, const Suggestions& arr);
     // Replaces the rows; the list reloads (or hides, when there are none) once the current
     // event is done.
-    void populateSuggestion(const QList<Recipient>& arr);
+    void populateSuggestion(const Suggestions& arr);
     void cancelSuggestions();
     // Adopts table as the list: one row selected at a time, rows from this controller.
     void AssignTable(ExtensionSuggestionTableView* table);
@@ -83,7 +83,7 @@ private:
     SuggestionListModel* m_model = nullptr; // owned by this controller
     bool m_visible = false;
     QPointer<ExtensionTokenField> m_tokenField;
-    QList<Recipient> m_data;
+    Suggestions m_data;
     SuggestionMatcher m_matcher;
     QVariantList m_accounts;
 };

@@ -4,7 +4,7 @@
 
 namespace velmora {
 
-void SuggestionListModel::setRows(const QList<Recipient>& rows) {
+void SuggestionListModel::setRows(const Suggestions& rows) {
     beginResetModel();
     m_rows = rows;
     endResetModel();
@@ -13,7 +13,7 @@ void SuggestionListModel::setRows(const QList<Recipient>& rows) {
 std::optional<Recipient> SuggestionListModel::objectAt(int row) const {
     if (row < 0 || row >= m_rows.size())
         return std::nullopt;
-    return m_rows[row];
+    return m_rows.at(row);
 }
 
 int SuggestionListModel::rowCount(const QModelIndex& parent) const {

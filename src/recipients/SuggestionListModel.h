@@ -1,6 +1,6 @@
 #pragma once
 
-#include "recipients/Recipient.h"
+#include "recipients/SuggestionMatcher.h"
 
 #include <QAbstractTableModel>
 
@@ -17,8 +17,8 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    void setRows(const QList<Recipient>& rows);
-    const QList<Recipient>& rows() const { return m_rows; }
+    void setRows(const Suggestions& rows);
+    const Suggestions& rows() const { return m_rows; }
     // The row's object, or none when there is no such row.
     std::optional<Recipient> objectAt(int row) const;
 
@@ -30,7 +30,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    QList<Recipient> m_rows;
+    Suggestions m_rows;
 };
 
 } // namespace velmora

@@ -33,10 +33,10 @@ std::shared_ptr<ExtensionGroup> group(const QString& name, int members) {
     return g;
 }
 
-QStringList names(const QList<Recipient>& found) {
+QStringList names(const Suggestions& found) {
     QStringList out;
-    for (const Recipient& r : found)
-        out.append(displayString(toToken(r)));
+    for (qsizetype row = 0; row < found.size(); ++row)
+        out.append(displayString(toToken(found.at(row))));
     return out;
 }
 
@@ -97,7 +97,11 @@ TEST(SuggestionMatcher, GroupsWithMembersFollowTheAddresses) {
     const auto found = matcher.objectsForString(QStringLiteral("Sa"));
     EXPECT_EQ(names(found),
               (QStringList{QStringLiteral("<sam@x.test>"), QStringLiteral("Sailing (2)")}));
-    EXPECT_TRUE(std::holds_alternative<std::shared_ptr<ExtensionGroup>>(found.at(1)));
+    EXPECT_EQ(std::get<std::shared_ptr<ExtensionGroup>>(found.at(1)), matcher.groups()[1]);
+    // A copy shares the rows, and the records are the contacts themselves.
+    const Suggestions copy = found;
+    EXPECT_EQ(std::get<std::shared_ptr<ExtensionAddress>>(copy.toList().at(0)),
+              matcher.addresses()[0]);
 }
 
 TEST(SuggestionMatcher, AddressForMailIsExact) {
@@ -147,7 +151,7 @@ TEST(SuggestionMatcher, AgreesWithLowerCasingEveryFieldOnRandomBooks) {
         const SuggestionMatcher matcher(book, {});
         for (int q = 0; q < 40; ++q) {
             const QString query = word(3);
-            ASSERT_EQ(identities(matcher.objectsForString(query)),
+            ASSERT_EQ(identities(matcher.objectsForString(query).toList()),
                       identities(lowerEveryField(book, query)))
                 << "query " << query.toStdString();
         }
