@@ -96,12 +96,6 @@ TEST_F(RecipientsTest, BackspaceFiltersAgainAQuarterSecondLater) {
     // Not at once: the list still shows what "anni" found.
     EXPECT_EQ(host->controller->GetArray().size(), 1);
     EXPECT_TRUE(host->waitForRows(3));
-
-    // With the list closed, Backspace does not open it.
-    QTest::keyClick(host->field, Qt::Key_Escape);
-    QTest::keyClick(host->field, Qt::Key_Backspace);
-    QTest::qWait(400); // longer than the delay; the point is that nothing happens
-    EXPECT_FALSE(host->controller->visible());
 }
 
 TEST_F(RecipientsTest, PastedTextIsSplitIntoAddresses) {
