@@ -1,11 +1,11 @@
 // Suggestions for one keystroke in a heavy user's contacts (100,000 addresses): our matcher,
 // which lower-cases the fields once at load, against lower-casing every field of every address
 // on every keystroke.
+#include "LowerEveryField.h"
 #include "recipients/SuggestionMatcher.h"
 
 #include <QRandomGenerator>
 
-#include <algorithm>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -64,24 +64,6 @@ const QStringList& keystrokes() {
     return list;
 }
 
-// The original's way: up to six lower-casings per address for every keystroke, then a sort.
-QList<Recipient> lowerEveryField(const SuggestionMatcher::Addresses& addresses,
-                                 const QString& text) {
-    const QString q = text.toLower();
-    QList<std::shared_ptr<ExtensionAddress>> found;
-    if (q.isEmpty())
-        return {};
-    for (const auto& a : addresses) {
-        if (a->mail().toLower().contains(q) || a->firstName().toLower().startsWith(q) ||
-            a->lastName().toLower().startsWith(q) || a->fullName().toLower().startsWith(q) ||
-            a->company().toLower().startsWith(q) || a->nickname().toLower().startsWith(q))
-            found.append(a);
-    }
-    std::stable_sort(found.begin(), found.end(),
-                     [](const auto& x, const auto& y) { return x->rank() > y->rank(); });
-    return {found.begin(), found.end()};
-}
-
 void BM_Suggest_Keystroke(benchmark::State& state) {
     const SuggestionMatcher matcher(book(), {});
     qsizetype next = 0;
@@ -95,7 +77,7 @@ void BM_Suggest_Keystroke(benchmark::State& state) {
 void BM_LowerEveryField_Keystroke(benchmark::State& state) {
     qsizetype next = 0;
     for (auto _ : state) {
-        const QList<Recipient> found = lowerEveryField(book(), keystrokes()[next]);
+        const QList<Recipient> found = test::lowerEveryField(book(), keystrokes()[next]);
         benchmark::DoNotOptimize(found.constData());
         next = (next + 1) % keystrokes().size();
     }

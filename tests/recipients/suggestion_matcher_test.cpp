@@ -1,9 +1,8 @@
+#include "LowerEveryField.h"
 #include "TestSupport.h"
 #include "recipients/SuggestionMatcher.h"
 
 #include <QRandomGenerator>
-
-#include <algorithm>
 
 using namespace velmora;
 
@@ -115,23 +114,6 @@ TEST(SuggestionMatcher, AddressForMailIsExact) {
 
 // The engine keeps lower-cased fields side by side; a plain walk that lower-cases every field
 // for every query must find exactly the same suggestions in the same order.
-QList<Recipient> lowerEveryField(const SuggestionMatcher::Addresses& addresses,
-                                 const QString& text) {
-    const QString q = text.toLower();
-    QList<std::shared_ptr<ExtensionAddress>> found;
-    if (q.isEmpty())
-        return {};
-    for (const auto& a : addresses) {
-        if (a->mail().toLower().contains(q) || a->firstName().toLower().startsWith(q) ||
-            a->lastName().toLower().startsWith(q) || a->fullName().toLower().startsWith(q) ||
-            a->company().toLower().startsWith(q) || a->nickname().toLower().startsWith(q))
-            found.append(a);
-    }
-    std::stable_sort(found.begin(), found.end(),
-                     [](const auto& x, const auto& y) { return x->rank() > y->rank(); });
-    return {found.begin(), found.end()};
-}
-
 TEST(SuggestionMatcher, AgreesWithLowerCasingEveryFieldOnRandomBooks) {
     // Few letters, mixed case and non-ASCII with case (É, Σ, İ whose lower case is two units),
     // so that queries hit often, also across the boundaries between mails.
@@ -152,7 +134,7 @@ TEST(SuggestionMatcher, AgreesWithLowerCasingEveryFieldOnRandomBooks) {
         for (int q = 0; q < 40; ++q) {
             const QString query = word(3);
             ASSERT_EQ(identities(matcher.objectsForString(query).toList()),
-                      identities(lowerEveryField(book, query)))
+                      identities(test::lowerEveryField(book, query)))
                 << "query " << query.toStdString();
         }
     }
