@@ -49,6 +49,13 @@ void ExtensionSuggestionTableView::setSuggestioncontroller(
     m_suggestioncontroller = controller;
 }
 
+QItemSelectionModel::SelectionFlags
+ExtensionSuggestionTableView::selectionCommand(const QModelIndex& index, const QEvent*) const {
+    // Exactly one row stays selected: no modifier toggles it off or adds another.
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                           : QItemSelectionModel::NoUpdate;
+}
+
 void ExtensionSuggestionTableView::mousePressEvent(QMouseEvent* event) {
     const QModelIndex index = indexAt(event->position().toPoint());
     // Below the last row there is nothing to take, and the one selected row stays selected.

@@ -64,6 +64,9 @@ TEST_F(RecipientsTest, ASingleClickTakesARowAndADoubleClickTakesItOnce) {
     EXPECT_EQ(host->tokens(), (QStringList{QStringLiteral("[Ann Smith <ann.smith@x.test>]"),
                                            QStringLiteral("[<hannah@w.test>]")}));
     EXPECT_EQ(host->manageCalls, 2);
+    // No modifier toggles the one selected row off.
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, rowCenter(table, 0));
+    EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 0);
 }
 
 TEST_F(RecipientsTest, AnEmptyResultHidesTheListUntilTheNextResult) {
