@@ -5,19 +5,58 @@
 #include <QThread>
 
 #include <algorithm>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
 
 namespace velmora::TableViewZemlo {
 
 namespace {
 
-// Runs work on the table's thread, waiting for it when called from elsewhere.
+// Runs work on the table's thread, waiting for it when called from elsewhere. The wait is on a
+// standard mutex and condition (visible to the thread sanitizer, unlike a blocking queued
+// call). A table deleted before the work ran drops the call, and the wait ends too.
 template <typename Work> auto onTableThread(QTableView* table, Work work) {
+    using Result = decltype(work());
     if (QThread::currentThread() == table->thread())
         return work();
-    decltype(work()) result{};
+    struct Handoff {
+        std::mutex mutex;
+        std::condition_variable finished;
+        bool done = false;
+        Result result{};
+
+        void finish() {
+            const std::lock_guard lock(mutex);
+            done = true;
+            finished.notify_all();
+        }
+    };
+    // Owned by the queued call; its end also ends the wait when the call was dropped unrun.
+    // (Where the call's last copy ends is Qt's affair: it may be this thread.)
+    struct DropGuard {
+        explicit DropGuard(std::shared_ptr<Handoff> h)
+            : handoff(std::move(h)) {}
+        ~DropGuard() { handoff->finish(); }
+        std::shared_ptr<Handoff> handoff;
+    };
+    auto handoff = std::make_shared<Handoff>();
+    auto guard = std::make_shared<DropGuard>(handoff);
     QMetaObject::invokeMethod(
-        table, [&] { result = work(); }, Qt::BlockingQueuedConnection);
-    return result;
+        table,
+        [guard, work] {
+            Handoff& h = *guard->handoff;
+            {
+                const std::lock_guard lock(h.mutex);
+                h.result = work();
+            }
+            h.finish();
+        },
+        Qt::QueuedConnection);
+    guard.reset();
+    std::unique_lock lock(handoff->mutex);
+    handoff->finished.wait(lock, [&] { return handoff->done; });
+    return handoff->result;
 }
 
 QList<int> selectedRows(QTableView* table) {
