@@ -1,0 +1,142 @@
+#include "recipients/ExtensionSuggestionController.h"
+
+#include "bridge/ExtensionUtilities.h"
+#include "recipients/ExtensionSuggestionTableView.h"
+#include "recipients/ExtensionTokenField.h"
+#include "recipients/SuggestionListModel.h"
+#include "recipients/TableViewZemlo.h"
+#include "views/FlippedView.h"
+
+#include <QVBoxLayout>
+
+namespace velmora {
+
+ExtensionSuggestionController::ExtensionSuggestionController(const QRect& frame, QObject* parent)
+    : QObject(parent)
+    , m_frame(frame)
+    , m_model(new SuggestionListModel(this)) {}
+
+ExtensionSuggestionController::~ExtensionSuggestionController() {
+    cancelSuggestions();
+    if (m_view && !m_view->parentWidget())
+        delete m_view.data();
+}
+
+FlippedView* ExtensionSuggestionController::view() {
+    if (!m_view) {
+        loadView();
+        viewDidLoad();
+    }
+    return m_view;
+}
+
+bool ExtensionSuggestionController::isViewLoaded() const {
+    return !m_view.isNull();
+}
+
+ExtensionSuggestionTableView* ExtensionSuggestionController::table() const {
+    return m_table;
+}
+
+ExtensionTokenField* ExtensionSuggestionController::tokenField() const {
+    return m_tokenField;
+}
+
+void ExtensionSuggestionController::loadView() {
+    m_data = {};
+    AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
+    m_matcher = SuggestionMatcher(std::move(book.addresses), std::move(book.groups));
+
+    m_view = new FlippedView(m_frame);
+    // The list fills the panel and follows its size.
+    auto* layout = new QVBoxLayout(m_view);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* table = new ExtensionSuggestionTableView(QRect(QPoint(0, 0), m_frame.size()), m_view);
+    layout->addWidget(table);
+    AssignTable(table);
+    m_view->hide();
+}
+
+void ExtensionSuggestionController::AssignTable(ExtensionSuggestionTableView* table) {
+    m_data = {};
+    m_model->setRows(m_data);
+    m_table = table;
+    table->setModel(m_model);
+    table->setSuggestioncontroller(this);
+}
+
+void ExtensionSuggestionController::showForTextField(ExtensionTokenField* field,
+                                                     const Suggestions& arr) {
+    m_tokenField = field;
+    if (m_visible) {
+        populateSuggestion(arr);
+        return;
+    }
+    m_visible = true;
+    if (field)
+        field->setSuggestioncontroller(this);
+    FlippedView* root = view();
+    if (field) {
+        // In the coordinates of the view that holds both the field and the list.
+        const QWidget* holder = root->parentWidget();
+        const QPoint origin =
+            holder ? holder->mapFromGlobal(field->mapToGlobal(QPoint(0, 0))) : field->pos();
+        root->setGeometry(origin.x(), origin.y() + field->height() + kGap, field->width(), kHeight);
+    }
+    root->raise();
+    populateSuggestion(arr);
+    root->show();
+}
+
+void ExtensionSuggestionController::populateSuggestion(const Suggestions& arr) {
+    m_data = arr;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_data.isEmpty())
+                cancelSuggestions();
+            reloadTable();
+        },
+        Qt::QueuedConnection);
+}
+
+void ExtensionSuggestionController::reloadTable() {
+    m_model->setRows(m_data);
+    // The list keeps one row selected once it has rows: a fresh list starts at its first.
+    if (m_table && !m_data.isEmpty())
+        TableViewZemlo::SelectRow(m_table, 0, true, false);
+}
+
+void ExtensionSuggestionController::cancelSuggestions() {
+    if (m_view)
+        m_view->hide();
+    m_visible = false;
+}
+
+void ExtensionSuggestionController::selectNext() {
+    if (m_table)
+        TableViewZemlo::SelectNext(m_table);
+}
+
+void ExtensionSuggestionController::selectPrev() {
+    if (m_table)
+        TableViewZemlo::SelectPrev(m_table);
+}
+
+std::optional<Recipient> ExtensionSuggestionController::objectForSelectedRow() const {
+    return m_table ? objectForRow(TableViewZemlo::maxSelectedRow(m_table)) : std::nullopt;
+}
+
+std::optional<Recipient> ExtensionSuggestionController::objectForRow(qsizetype row) const {
+    if (row < 0 || row >= m_data.size())
+        return std::nullopt;
+    return m_data.at(row);
+}
+
+void ExtensionSuggestionController::insertObjectFoRow(qsizetype row) {
+    const auto object = objectForRow(row);
+    if (object && m_tokenField)
+        m_tokenField->addObject(object, m_tokenField->fieldEditor());
+}
+
+} // namespace velmora

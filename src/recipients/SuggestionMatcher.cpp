@@ -1,0 +1,195 @@
+#include "recipients/SuggestionMatcher.h"
+
+#include <algorithm>
+#include <array>
+
+namespace velmora {
+
+// The contacts with their lower-cased fields, laid out by entry: entries are the addresses in
+// result order (rank descending, file order within a rank), so that matching needs no sort, and
+// the fields of all entries lie side by side in a few long strings.
+struct SuggestionMatcher::Index {
+    static constexpr std::size_t kPrefixFields = 5; // first, last, full name, company, nickname
+
+    Addresses addresses;
+    Groups groups;
+    std::vector<quint32> order;         // entry -> index in addresses
+    QString mails;                      // every lower-cased mail, back to back
+    std::vector<qsizetype> mailStart;   // entry -> start in mails; one extra at the end
+    QString prefixes;                   // the lower-cased prefix fields of every entry
+    std::vector<qsizetype> prefixStart; // entry * kPrefixFields + field -> start; one extra
+    std::vector<char16_t> prefixFirst;  // first unit of each prefix field (0 when empty)
+    QHash<QString, qsizetype> firstByMail;
+    QList<QString> groupNames; // lower-cased; null for a group without members
+
+    std::array<quint32, 256> unitFrequency{}; // how often each Latin-1 unit occurs in mails
+
+    void markMailMatches(QStringView query, std::vector<char>& matched) const;
+    quint32 frequency(QChar unit) const;
+    bool prefixMatches(std::size_t entry, QStringView query) const;
+};
+
+SuggestionMatcher::SuggestionMatcher()
+    : m_index(std::make_shared<Index>()) {}
+
+SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
+    auto index = std::make_shared<Index>();
+    Index& x = *index;
+    x.addresses = std::move(addresses);
+    x.groups = std::move(groups);
+    const auto count = std::size_t(x.addresses.size());
+    std::vector<qint64> rank(count);
+    x.order.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        rank[i] = x.addresses[qsizetype(i)]->rank();
+        x.order[i] = quint32(i);
+    }
+    std::stable_sort(x.order.begin(), x.order.end(),
+                     [&](quint32 a, quint32 b) { return rank[a] > rank[b]; });
+
+    x.mailStart.reserve(count + 1);
+    x.prefixStart.reserve(count * Index::kPrefixFields + 1);
+    x.prefixFirst.reserve(count * Index::kPrefixFields);
+    for (const quint32 i : x.order) {
+        const ExtensionAddress& a = *x.addresses[i];
+        x.mailStart.push_back(x.mails.size());
+        x.mails += a.mail().toLower();
+        for (const QString& field :
+             {a.firstName(), a.lastName(), a.fullName(), a.company(), a.nickname()}) {
+            const QString lower = field.toLower();
+            x.prefixStart.push_back(x.prefixes.size());
+            x.prefixFirst.push_back(lower.isEmpty() ? u'\0' : lower.front().unicode());
+            x.prefixes += lower;
+        }
+    }
+    x.mailStart.push_back(x.mails.size());
+    for (const QChar unit : std::as_const(x.mails)) {
+        if (unit.unicode() < x.unitFrequency.size())
+            ++x.unitFrequency[unit.unicode()];
+    }
+    x.prefixStart.push_back(x.prefixes.size());
+
+    // Backwards, so that the first of several addresses with one mail is the one kept.
+    for (qsizetype i = x.addresses.size() - 1; i >= 0; --i)
+        x.firstByMail.insert(x.addresses[i]->mail(), i);
+    for (const auto& group : x.groups)
+        x.groupNames.append(group->addresses().isEmpty() ? QString() : group->name().toLower());
+    m_index = std::move(index);
+}
+
+const SuggestionMatcher::Addresses& SuggestionMatcher::addresses() const {
+    return m_index->addresses;
+}
+
+const SuggestionMatcher::Groups& SuggestionMatcher::groups() const {
+    return m_index->groups;
+}
+
+Suggestions SuggestionMatcher::objectsForString(const QString& text) const {
+    const QString query = text.toLower();
+    // An empty text is neither contained in nor a prefix of anything.
+    if (query.isEmpty())
+        return {};
+    const Index& x = *m_index;
+    std::vector<char> matched(x.order.size(), 0);
+    x.markMailMatches(query, matched);
+    std::vector<quint32> rows;
+    for (std::size_t entry = 0; entry < matched.size(); ++entry) {
+        if (matched[entry] || x.prefixMatches(entry, query))
+            rows.push_back(x.order[entry]);
+    }
+    for (qsizetype g = 0; g < x.groups.size(); ++g) {
+        if (!x.groupNames[g].isNull() && x.groupNames[g].startsWith(query))
+            rows.push_back(quint32(x.addresses.size() + g));
+    }
+    return Suggestions(m_index, std::move(rows));
+}
+
+// One search over all mails at once instead of one per address: a hit that runs past the end of
+// its own mail into the next one is not a match, and the search goes on from the next position.
+// Candidates are found by the query's rarest unit in the mails (a vectorised scan for one
+// character), then compared in full: typed queries are short, and most positions are passed
+// over at the scan's speed.
+void SuggestionMatcher::Index::markMailMatches(QStringView query,
+                                               std::vector<char>& matched) const {
+    const QStringView all(mails);
+    const qsizetype length = query.size();
+    qsizetype anchor = 0;
+    for (qsizetype k = 1; k < length; ++k) {
+        if (frequency(query[k]) < frequency(query[anchor]))
+            anchor = k;
+    }
+    const QChar anchorUnit = query[anchor];
+    std::size_t entry = 0;
+    qsizetype from = 0;
+    while (true) {
+        const qsizetype found = all.indexOf(anchorUnit, from + anchor);
+        if (found < 0)
+            return;
+        const qsizetype hit = found - anchor;
+        if (hit + length > all.size())
+            return;
+        if (!std::equal(query.begin(), query.end(), all.begin() + hit)) {
+            from = hit + 1;
+            continue;
+        }
+        // Hits come in order: the entry holding this one is found by walking on, which costs
+        // one step per entry over the whole search.
+        while (mailStart[entry + 1] <= hit)
+            ++entry;
+        if (hit + length <= mailStart[entry + 1]) {
+            matched[entry] = 1;
+            from = mailStart[entry + 1]; // this mail is matched; go on with the next one
+        } else {
+            from = hit + 1;
+        }
+    }
+}
+
+quint32 SuggestionMatcher::Index::frequency(QChar unit) const {
+    // Units beyond Latin-1 are rare in mail addresses.
+    return unit.unicode() < unitFrequency.size() ? unitFrequency[unit.unicode()] : 0;
+}
+
+bool SuggestionMatcher::Index::prefixMatches(std::size_t entry, QStringView query) const {
+    const char16_t first = query.front().unicode();
+    const std::size_t base = entry * kPrefixFields;
+    for (std::size_t f = base; f < base + kPrefixFields; ++f) {
+        // Most fields differ from the query at their first unit; compare that before the rest.
+        if (prefixFirst[f] != first)
+            continue;
+        const qsizetype start = prefixStart[f];
+        const qsizetype length = prefixStart[f + 1] - start;
+        if (length >= query.size() && QStringView(prefixes).sliced(start, query.size()) == query)
+            return true;
+    }
+    return false;
+}
+
+std::shared_ptr<ExtensionAddress> SuggestionMatcher::addressForMail(const QString& mail) const {
+    const auto it = m_index->firstByMail.constFind(mail);
+    return it == m_index->firstByMail.cend() ? nullptr : m_index->addresses[*it];
+}
+
+Suggestions::Suggestions(std::shared_ptr<const SuggestionMatcher::Index> index,
+                         std::vector<quint32> rows)
+    : m_index(std::move(index))
+    , m_rows(std::make_shared<const std::vector<quint32>>(std::move(rows))) {}
+
+Recipient Suggestions::at(qsizetype row) const {
+    const quint32 i = (*m_rows)[std::size_t(row)];
+    const auto addressCount = quint32(m_index->addresses.size());
+    if (i < addressCount)
+        return m_index->addresses[i];
+    return m_index->groups[i - addressCount];
+}
+
+QList<Recipient> Suggestions::toList() const {
+    QList<Recipient> out;
+    out.reserve(size());
+    for (qsizetype row = 0; row < size(); ++row)
+        out.append(at(row));
+    return out;
+}
+
+} // namespace velmora
