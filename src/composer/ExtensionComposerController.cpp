@@ -299,9 +299,9 @@ void ExtensionComposerController::update(const std::shared_ptr<ExtensionMessage>
 }
 
 void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionMessage>& shared) {
+    view();
     if (!shared || !m_message)
         return;
-    view();
 
     m_message->setSubject(shared->subject());
     if (!m_message->subject().isNull())

@@ -245,6 +245,13 @@ TEST_F(Composer, UpdatePrefersThePlainBodyAndShowsTheMessagesOwnAttachmentList) 
     EXPECT_EQ(composer->message()->attachments().get(), second->attachments().get());
     EXPECT_EQ(composer->attachmentController()->rowCount(), 3);
     EXPECT_EQ(composer->contentTextView()->toPlainText(), QStringLiteral("plain text"));
+
+    // A composer not shown yet builds its view to take the message in.
+    ExtensionComposerController unshown(QRect(0, 0, 600, 400), context);
+    unshown.update(shared);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(unshown.isViewLoaded());
+    EXPECT_EQ(unshown.subjectField()->text(), QStringLiteral("Shared page"));
 }
 
 TEST_F(Composer, UpdateWithOnlyHtmlShowsItFollowedByOnePlainSpaceAndLoadsNothing) {
