@@ -191,10 +191,7 @@ void ExtensionComposerController::loadView() {
     m_collectionScrollview->setFrameShape(QFrame::NoFrame);
     m_collectionScrollview->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_collectionScrollview->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    // A yellow background that is never drawn, kept as the strip has always had it.
-    QPalette yellow = m_collectionScrollview->palette();
-    yellow.setColor(QPalette::Window, Qt::yellow);
-    m_collectionScrollview->setPalette(yellow);
+    // The strip draws no background: the composer's shows through.
     m_collectionScrollview->setAutoFillBackground(false);
     m_collectionScrollview->viewport()->setAutoFillBackground(false);
     m_collectionScrollview->setGeometry(0, 0, m_frame.width() - 2 * kSideMargin, kStripHeight);

@@ -330,6 +330,15 @@ TEST_F(Composer, ReturnSendsFromTheSubjectButMakesANewLineInTheBody) {
     EXPECT_EQ(launchedQuery().queryItemValue(QStringLiteral("subject")), QStringLiteral("Topic"));
 }
 
+TEST_F(Composer, TabGoesFromToThroughSubjectToTheBody) {
+    composer->toField()->setFocus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return composer->toField()->hasFocus(); }));
+    QTest::keyClick(composer->toField(), Qt::Key_Tab);
+    EXPECT_TRUE(composer->subjectField()->hasFocus());
+    QTest::keyClick(composer->subjectField(), Qt::Key_Tab);
+    EXPECT_TRUE(composer->contentTextView()->hasFocus());
+}
+
 TEST_F(Composer, CancelEndsTheRequestAsCancelledAndLaunchesNothing) {
     QTest::mouseClick(composer->cancelBtn(), Qt::LeftButton);
     ASSERT_EQ(outcomes.size(), 1);
