@@ -108,6 +108,8 @@ ExtensionComposerController::ExtensionComposerController(const QRect& frame,
     , m_context(std::move(context)) {}
 
 ExtensionComposerController::~ExtensionComposerController() {
+    if (m_view)
+        m_view->removeEventFilter(this);
     if (m_view && !m_view->parent())
         delete m_view.data();
 }
@@ -130,6 +132,7 @@ void ExtensionComposerController::loadView() {
     // Installed before any subview follows the root's size, so that the column is laid out
     // after them and has the last word.
     root->installEventFilter(this);
+    m_filteredRoot = root;
 
     // Stands in for the light title-bar material behind the whole composer.
     m_fxLight = new FlippedView(
@@ -252,7 +255,8 @@ void ExtensionComposerController::layoutSubviews() {
 }
 
 bool ExtensionComposerController::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == m_view) {
+    // qobject_cast, not the QPointer: it is null once the view is being destroyed.
+    if (watched == m_filteredRoot && qobject_cast<FlippedView*>(watched)) {
         if (event->type() == QEvent::Resize) {
             layoutSubviews();
         } else if (event->type() == QEvent::KeyPress) {

@@ -120,6 +120,9 @@ private:
 
     QRect m_frame;
     QPointer<FlippedView> m_view;
+    // The root as the event filter knows it: compared by address only, since a view being
+    // destroyed still sends events here after it has stopped being a FlippedView.
+    const QObject* m_filteredRoot = nullptr;
     QPointer<FlippedView> m_fxLight; // the translucent background, behind everything
     QComboBox* m_popUpview = nullptr;
     QLineEdit* m_subjectField = nullptr;
