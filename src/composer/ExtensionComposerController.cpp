@@ -31,6 +31,8 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 
+#include <cmath>
+
 namespace velmora {
 
 namespace {
@@ -134,11 +136,23 @@ void ExtensionComposerController::loadView() {
     root->installEventFilter(this);
     m_filteredRoot = root;
 
-    // Stands in for the light title-bar material behind the whole composer.
+    // Stands in for the light title-bar material behind the whole composer. The light grey is
+    // laid over the window's own opaque background, so it is painted as the colour the two make
+    // together: the same look, without a translucent fill of the whole window, which Qt spreads
+    // over its own worker threads.
     m_fxLight = new FlippedView(
         QRect(),
         [](FlippedView* view, const QRect& dirty) {
-            QPainter(view).fillRect(dirty, QColor(236, 236, 236, 235));
+            QPainter painter(view);
+            const QColor window = view->palette().color(QPalette::Window);
+            const QColor light(236, 236, 236);
+            constexpr double kCover = 235.0 / 255.0;
+            const auto mix = [&](int over, int under) {
+                return int(std::lround(over * kCover + under * (1.0 - kCover)));
+            };
+            painter.fillRect(dirty, QColor(mix(light.red(), window.red()),
+                                           mix(light.green(), window.green()),
+                                           mix(light.blue(), window.blue())));
         },
         root);
 
