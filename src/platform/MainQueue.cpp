@@ -62,6 +62,14 @@ Dispatcher& dispatcher() {
     return *instance;
 }
 
+// Made on the main thread as the application object is made, so that the first function
+// queued from a worker does not create it there.
+void makeDispatcherEarly() {
+    dispatcher();
+}
+
+Q_COREAPP_STARTUP_FUNCTION(makeDispatcherEarly)
+
 } // namespace
 
 bool MainQueue::isMainThread() {
