@@ -65,6 +65,9 @@ public:
                                     const QString& service, MessageCompletion completion,
                                     Sleep sleep = {});
 
+    // The bundle identifier of the main application's build that receives this program's
+    // commands, chosen by this program's own bundle identifier.
+    static QString TargetApplication();
     // Opens the URLs with the main application in one launch (see docs/main-application.md):
     // without bringing it to the front when background is set. False for an empty list or when
     // the application cannot be launched.

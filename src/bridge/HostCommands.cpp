@@ -13,20 +13,6 @@ namespace velmora {
 
 namespace {
 
-// The main application's build that receives this program's commands: the first row whose
-// prefix starts this program's own bundle identifier, else the release build.
-QString targetApplication() {
-    static constexpr std::array kTargets = {ConstVars::it_zemlo_velmora_beta8,
-                                            ConstVars::it_zemlo_velmora_beta10,
-                                            ConstVars::it_zemlo_velmora_2};
-    const QString self = HostEnvironment::bundleIdentifier();
-    for (const QLatin1String target : kTargets) {
-        if (self.startsWith(target))
-            return target;
-    }
-    return ConstVars::it_zemlo_velmora;
-}
-
 // "velmora://<command>?mail=<account, encoded>&messageid=<id as it stands>&folderstandardid=<n>";
 // a missing value prints as "(null)".
 QString messageCommandText(const ExtensionMessage& message, const QString& command) {
@@ -40,6 +26,20 @@ QString messageCommandText(const ExtensionMessage& message, const QString& comma
 
 } // namespace
 
+QString ExtensionUtilities::TargetApplication() {
+    // The first row whose prefix starts this program's own bundle identifier, else the release
+    // build.
+    static constexpr std::array kTargets = {ConstVars::it_zemlo_velmora_beta8,
+                                            ConstVars::it_zemlo_velmora_beta10,
+                                            ConstVars::it_zemlo_velmora_2};
+    const QString self = HostEnvironment::bundleIdentifier();
+    for (const QLatin1String target : kTargets) {
+        if (self.startsWith(target))
+            return target;
+    }
+    return ConstVars::it_zemlo_velmora;
+}
+
 bool ExtensionUtilities::LaunchCommands(const QList<UrlText>& urls, bool background) {
     QStringList texts;
     texts.reserve(urls.size());
@@ -50,7 +50,7 @@ bool ExtensionUtilities::LaunchCommands(const QList<UrlText>& urls, bool backgro
     }
     if (texts.isEmpty())
         return false;
-    return ApplicationLauncher::openUrls(texts, targetApplication(),
+    return ApplicationLauncher::openUrls(texts, TargetApplication(),
                                          background
                                              ? ApplicationLauncher::Activation::WithoutActivation
                                              : ApplicationLauncher::Activation::Activate);

@@ -107,7 +107,8 @@ ExtensionComposerController::ExtensionComposerController(const QRect& frame,
                                                          QObject* parent)
     : QObject(parent)
     , m_frame(frame)
-    , m_context(std::move(context)) {}
+    , m_context(std::move(context))
+    , m_commandLauncher(&ExtensionUtilities::LaunchCommands) {}
 
 ExtensionComposerController::~ExtensionComposerController() {
     if (m_view)
@@ -315,8 +316,10 @@ void ExtensionComposerController::update(const std::shared_ptr<ExtensionMessage>
 
 void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionMessage>& shared) {
     view();
-    if (!shared || !m_message)
+    if (!shared || !m_message) {
+        Q_EMIT messageTakenIn();
         return;
+    }
 
     m_message->setSubject(shared->subject());
     if (!m_message->subject().isNull())
@@ -354,6 +357,7 @@ void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionM
         m_contentTextView->setPlainText(plain);
     else if (html.length() > 0)
         appendHtmlBody(html);
+    Q_EMIT messageTakenIn();
 }
 
 void ExtensionComposerController::appendHtmlBody(const QString& html) {
@@ -400,7 +404,8 @@ void ExtensionComposerController::send() {
 
     const UrlText url = m_message->queryUrl(ConstVars::commandSend);
     // The request ends whether or not the main application could be launched.
-    ExtensionUtilities::LaunchCommands({url}, true);
+    if (m_commandLauncher)
+        m_commandLauncher({url}, true);
 
     if (m_context)
         m_context->completeRequestReturningItems(items);

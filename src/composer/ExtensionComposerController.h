@@ -4,12 +4,14 @@
 #include "composer/ExtensionContentTextView.h"
 #include "recipients/ExtensionSuggestionController.h"
 #include "recipients/SuggestionHost.h"
+#include "request/UrlText.h"
 
 #include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QRect>
 
+#include <functional>
 #include <memory>
 
 class QComboBox;
@@ -84,6 +86,11 @@ public:
     ExtensionAttachmentCollectionView* collectionView() const { return m_collectionView; }
     FlippedView* horizontalSeparator(int number) const; // 1 to 4
 
+    // Hands command URLs to the main application; true when it could be launched. The default
+    // is ExtensionUtilities::LaunchCommands; a command line may print the URLs instead.
+    using CommandLauncher = std::function<bool(const QList<UrlText>& urls, bool background)>;
+    void setCommandLauncher(CommandLauncher launcher) { m_commandLauncher = std::move(launcher); }
+
     // Builds the message from the fields, launches the main application with it in the
     // background and completes the request, whether or not the launch worked.
     void send();
@@ -107,6 +114,10 @@ public Q_SLOTS:
     // For the window that shows the composer: closing it cancels, unless the request has
     // already ended.
     void windowWillClose();
+
+Q_SIGNALS:
+    // A shared message has been taken into the fields and the attachment strip.
+    void messageTakenIn();
 
 protected:
     virtual void loadView();
@@ -139,6 +150,7 @@ private:
     QList<std::shared_ptr<ExtensionAccount>> m_accounts;
     QPointer<ExtensionSuggestionController> m_suggestionController;
     QPointer<ExtensionAttachmentController> m_attachmentController;
+    CommandLauncher m_commandLauncher;
 };
 
 } // namespace velmora

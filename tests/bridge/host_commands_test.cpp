@@ -1,3 +1,4 @@
+#include "RecordingDesktop.h"
 #include "TestSupport.h"
 #include "bridge/ConstVars.h"
 #include "bridge/ExtensionUtilities.h"
@@ -18,55 +19,21 @@ using velmora::test::writeFile;
 
 namespace {
 
-// Desktop entries of every build of the main application in a private XDG data folder, each
-// running a recorder that writes the tokens it inherited and its arguments to records/<build>.
+// Desktop entries of every build of the main application on a desktop of its own, each running
+// a recorder.
 class HostCommands : public ::testing::Test {
 protected:
     void SetUp() override {
-        // Written to a temporary name and moved, so a poll never reads half a record.
-        const QString recorder = dir.filePath(QStringLiteral("recorder.sh"));
-        writeFile(recorder, QByteArray(R"(#!/bin/sh
-out="RECORDS/$1"; shift
-{ echo "startup=${DESKTOP_STARTUP_ID-unset}"; echo "activation=${XDG_ACTIVATION_TOKEN-unset}"
-  for a in "$@"; do printf 'arg=%s\n' "$a"; done; } > "$out.tmp" && mv "$out.tmp" "$out"
-)")
-                                .replace("RECORDS", QFile::encodeName(records())));
-        QFile::setPermissions(recorder, QFile::permissions(recorder) | QFile::ExeOwner);
-        QDir().mkpath(records());
-        QDir().mkpath(dir.filePath(QStringLiteral("system")));
         for (const char* target : {"it.zemlo.velmora.beta8", "it.zemlo.velmora.beta10",
-                                   "it.zemlo.velmora2", "it.zemlo.velmora"}) {
-            writeFile(entry(QString::fromLatin1(target)),
-                      QByteArray("[Desktop Entry]\nType=Application\nName=") + target +
-                          "\nExec=\"" + QFile::encodeName(recorder) + "\" " + target + " %U\n");
-        }
+                                   "it.zemlo.velmora2", "it.zemlo.velmora"})
+            desktop.addApplication(QString::fromLatin1(target));
     }
 
-    QString records() const { return dir.filePath(QStringLiteral("records")); }
-    QString entry(const QString& target) const {
-        return dir.filePath(QStringLiteral("home/applications/") + target +
-                            QStringLiteral(".desktop"));
-    }
-    QStringList recorded() const { return QDir(records()).entryList(QDir::Files); }
+    QString entry(const QString& target) const { return desktop.entryPath(target); }
+    QStringList recorded() const { return desktop.recorded(); }
+    QStringList record(const QString& target) { return desktop.takeRecord(target); }
 
-    // The recorder's lines once it has run; the launched program is not our child, so poll.
-    QStringList record(const QString& target) const {
-        const QString path = records() + u'/' + target;
-        QElapsedTimer timer;
-        timer.start();
-        while (!QFileInfo::exists(path) && timer.elapsed() < 20000)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        QStringList lines = QString::fromUtf8(readFile(path)).split(u'\n', Qt::SkipEmptyParts);
-        QFile::remove(path);
-        return lines;
-    }
-
-    QTemporaryDir dir;
-    ScopedEnv home{"XDG_DATA_HOME", QFile::encodeName(dir.filePath(QStringLiteral("home")))};
-    ScopedEnv system{"XDG_DATA_DIRS", QFile::encodeName(dir.filePath(QStringLiteral("system")))};
-    // No session bus: GIO would otherwise announce the launch on the developer's desktop.
-    ScopedEnv bus{"DBUS_SESSION_BUS_ADDRESS",
-                  "unix:path=" + QFile::encodeName(dir.filePath(QStringLiteral("no-bus")))};
+    velmora::test::RecordingDesktop desktop;
     ScopedEnv startup{"DESKTOP_STARTUP_ID", "startup-token"};
     ScopedEnv activation{"XDG_ACTIVATION_TOKEN", "activation-token"};
     ScopedEnv bundle{"VELMORA_BUNDLE_ID", "it.zemlo.velmora.share"};

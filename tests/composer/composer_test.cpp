@@ -1,4 +1,5 @@
 #include "AttachmentFiles.h"
+#include "RecordingDesktop.h"
 #include "TestSupport.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentController.h"
@@ -24,7 +25,6 @@
 #include <thread>
 
 using namespace velmora;
-using velmora::test::ScopedEnv;
 
 namespace {
 
@@ -35,24 +35,14 @@ std::shared_ptr<ExtensionAddress> address(const char* mail) {
 }
 
 // The composer in a 600 x 400 window, on a container with accounts and no contacts, whose
-// main application is a recorder: each launch writes its arguments to a file.
+// main application is a recorder on a desktop of its own.
 class Composer : public ::testing::Test {
 protected:
     void SetUp() override {
         if (!velmora::test::writePlist(container.dataFolder() + QStringLiteral("/Accounts.plist"),
                                        accountsJson(), false))
             GTEST_SKIP() << "python3 is needed to write property lists";
-        const QString recorder = dir.filePath(QStringLiteral("recorder.sh"));
-        velmora::test::writeFile(
-            recorder, QByteArray("#!/bin/sh\nfor a in \"$@\"; do printf '%s\\n' \"$a\"; done"
-                                 " > \"OUT.tmp\" && mv \"OUT.tmp\" \"OUT\"\n")
-                          .replace("OUT", QFile::encodeName(launchRecord())));
-        QFile::setPermissions(recorder, QFile::permissions(recorder) | QFile::ExeOwner);
-        QDir().mkpath(dir.filePath(QStringLiteral("system")));
-        velmora::test::writeFile(
-            dir.filePath(QStringLiteral("home/applications/it.zemlo.velmora.desktop")),
-            "[Desktop Entry]\nType=Application\nName=Recorder\nExec=\"" +
-                QFile::encodeName(recorder) + "\" %U\n");
+        desktop.addApplication(QStringLiteral("it.zemlo.velmora"));
 
         context = std::make_shared<ExtensionContext>(
             ExtensionContext::Items{},
@@ -75,16 +65,11 @@ protected:
         ])";
     }
 
-    QString launchRecord() const { return dir.filePath(QStringLiteral("launched")); }
-
     // The URLs of the one launch, once the recorder has run; empty when none came.
-    QStringList launchedUrls(int timeoutMs = 20000) const {
-        if (!QTest::qWaitFor([&] { return QFile::exists(launchRecord()); }, timeoutMs))
-            return {};
-        return QString::fromUtf8(velmora::test::readFile(launchRecord()))
-            .split(u'\n', Qt::SkipEmptyParts);
+    QStringList launchedUrls(int timeoutMs = 20000) {
+        return desktop.takeArguments(QStringLiteral("it.zemlo.velmora"), timeoutMs);
     }
-    QUrlQuery launchedQuery() const {
+    QUrlQuery launchedQuery() {
         const QStringList urls = launchedUrls();
         EXPECT_EQ(urls.size(), 1);
         return urls.isEmpty() ? QUrlQuery()
@@ -112,10 +97,7 @@ protected:
     }
 
     QTemporaryDir dir;
-    ScopedEnv home{"XDG_DATA_HOME", QFile::encodeName(dir.filePath(QStringLiteral("home")))};
-    ScopedEnv system{"XDG_DATA_DIRS", QFile::encodeName(dir.filePath(QStringLiteral("system")))};
-    ScopedEnv bus{"DBUS_SESSION_BUS_ADDRESS",
-                  "unix:path=" + QFile::encodeName(dir.filePath(QStringLiteral("no-bus")))};
+    velmora::test::RecordingDesktop desktop;
     velmora::test::TempContainer container;
     std::shared_ptr<ExtensionContext> context;
     QList<ExtensionContext::Outcome> outcomes;

@@ -1,0 +1,86 @@
+#include "share/HeadlessDriver.h"
+
+#include "composer/ExtensionComposerController.h"
+#include "composer/ExtensionContentTextView.h"
+#include "directory/ExtensionAddress.h"
+#include "recipients/ExtensionSuggestionController.h"
+#include "recipients/ExtensionTokenField.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace velmora {
+
+namespace {
+
+// What a keyboard sends for text typed in one go (an input method commits whole words too).
+void type(QWidget* target, const QString& text) {
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, text);
+    QApplication::sendEvent(target, &press);
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_unknown, Qt::NoModifier, text);
+    QApplication::sendEvent(target, &release);
+}
+
+QStringList fromTitles(const QComboBox& popUp) {
+    QStringList titles;
+    for (int i = 0; i < popUp.count(); ++i)
+        titles.append(popUp.itemText(i));
+    return titles;
+}
+
+} // namespace
+
+QString HeadlessDriver::apply(ExtensionComposerController& composer, const Choices& choices) {
+    QComboBox* popUp = composer.popUpview();
+    if (!choices.from.isNull()) {
+        const int index = popUp->findText(choices.from, Qt::MatchExactly);
+        if (index < 0) {
+            const QStringList titles = fromTitles(*popUp);
+            return titles.isEmpty()
+                       ? QStringLiteral("no From item titled %1: there are no accounts")
+                             .arg(choices.from)
+                       : QStringLiteral("no From item titled %1 (the items are: %2)")
+                             .arg(choices.from, titles.join(QStringLiteral(", ")));
+        }
+        popUp->setCurrentIndex(index);
+    }
+
+    for (const QString& recipient : choices.to)
+        addRecipient(composer, recipient);
+
+    if (choices.subject)
+        composer.subjectField()->setText(*choices.subject);
+    if (choices.body)
+        composer.contentTextView()->setPlainText(*choices.body);
+    return {};
+}
+
+void HeadlessDriver::addRecipient(ExtensionComposerController& composer, const QString& text) {
+    ExtensionTokenField* field = composer.toField();
+    ExtensionSuggestionController* suggestions = composer.suggestionController();
+    field->setFocus(Qt::OtherFocusReason);
+    type(field, text);
+
+    const std::shared_ptr<ExtensionAddress> contact =
+        suggestions ? suggestions->addressForMail(text) : nullptr;
+    if (contact) {
+        // The list shows what the typed text finds; the contact is among the rows, as its mail
+        // contains the text.
+        const Suggestions found = suggestions->objectsForString(text);
+        suggestions->showForTextField(field, found);
+        for (qsizetype row = 0; row < found.size(); ++row) {
+            const Recipient candidate = found.at(row);
+            const auto* address = std::get_if<std::shared_ptr<ExtensionAddress>>(&candidate);
+            if (address && *address == contact) {
+                suggestions->insertObjectFoRow(row);
+                return;
+            }
+        }
+    }
+    // The comma commits the typed text, which makes an address of it.
+    type(field, QStringLiteral(","));
+}
+
+} // namespace velmora

@@ -1,0 +1,64 @@
+#include "share/ShareViewController.h"
+
+#include "bridge/ConstVars.h"
+#include "bridge/ExtensionUtilities.h"
+#include "composer/ExtensionComposerController.h"
+#include "platform/Log.h"
+#include "platform/MainQueue.h"
+#include "views/FlippedView.h"
+
+namespace velmora {
+
+namespace {
+
+const QRect kFrame(0, 0, 600, 400);
+
+} // namespace
+
+ShareViewController::ShareViewController(std::shared_ptr<ExtensionContext> context, QObject* parent)
+    : QObject(parent)
+    , m_context(std::move(context)) {}
+
+ShareViewController::~ShareViewController() {
+    if (m_view && !m_view->parent())
+        delete m_view.data();
+}
+
+FlippedView* ShareViewController::view() {
+    if (!m_view)
+        loadView();
+    return m_view;
+}
+
+void ShareViewController::loadView() {
+    // A FlippedView follows its parent's size, so the root grows with the window around it.
+    auto* root = new FlippedView(kFrame);
+    m_view = root;
+
+    const QString service(ConstVars::shareService);
+    // Files of an earlier share must never travel with this one.
+    ExtensionUtilities::ShareInit(service);
+
+    auto* composer = new ExtensionComposerController(kFrame, m_context, this);
+    m_composer = composer;
+    composer->view()->setParent(root);
+
+    // The completion runs on the intake's worker. Whether the composer still exists is asked on
+    // the main thread, where it would be deleted; update() then queues the work once more.
+    QPointer<ExtensionComposerController> target(composer);
+    ExtensionUtilities::GetItemForExtension(
+        m_context, service,
+        [target](const std::shared_ptr<ExtensionMessage>& message,
+                 const std::optional<Error>& error) {
+            if (error) {
+                Log::error(u"[%@] Share Full GetItemForExtension %@", error->text());
+                return;
+            }
+            MainQueue::async([target, message] {
+                if (target)
+                    target->update(message);
+            });
+        });
+}
+
+} // namespace velmora

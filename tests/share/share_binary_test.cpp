@@ -1,0 +1,274 @@
+#include "ImageSamples.h"
+#include "RecordingDesktop.h"
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QProcess>
+#include <QUrl>
+#include <QUrlQuery>
+
+using velmora::test::readFile;
+using velmora::test::writeFile;
+
+namespace {
+
+constexpr auto kMainApplication = "it.zemlo.velmora";
+
+struct ShareRun {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+// The real velmora-share on a container of its own, whose main application is a recorder on a
+// desktop of its own.
+class ShareBinary : public ::testing::Test {
+protected:
+    void SetUp() override {
+        desktop.addApplication(QString::fromLatin1(kMainApplication));
+        if (!velmora::test::writePlist(container.dataFolder() + QStringLiteral("/Accounts.plist"),
+                                       R"([
+            {"mail": "ada@x.test", "type": 1, "enabled": true,
+             "aliases": [{"mail": "lovelace@x.test", "account": "ada@x.test"}]},
+            {"mail": "old@x.test", "type": 3, "enabled": true},
+            {"mail": "bob@y.test", "type": 0, "enabled": true}
+        ])",
+                                       false) ||
+            !velmora::test::writePlist(
+                container.dataFolder() + QStringLiteral("/Contacts/Addresses.plist"), R"([
+            {"mail": "grace@navy.test", "firstName": "Grace", "lastName": "Hopper", "rank": 5},
+            {"mail": "grace.h@home.test", "firstName": "Grace", "rank": 1}
+        ])",
+                false) ||
+            !velmora::test::writePlist(
+                container.dataFolder() + QStringLiteral("/Contacts/Groups.plist"), R"([
+            {"idx": "g1", "name": "Team", "addresses": [{"mail": "grace@navy.test"}]}
+        ])",
+                false))
+            GTEST_SKIP() << "python3 is needed to write property lists";
+    }
+
+    ShareRun run(const QStringList& args, const QByteArray& standardInput = {}) {
+        QProcess p;
+        p.start(QStringLiteral(VELMORA_SHARE), args);
+        p.write(standardInput);
+        p.closeWriteChannel();
+        if (!p.waitForFinished(60000))
+            return {};
+        return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
+                QString::fromUtf8(p.readAllStandardError())};
+    }
+    // A headless run; the container comes from the environment (TempContainer sets it).
+    ShareRun share(QStringList args, const QByteArray& standardInput = {}) {
+        args.prepend(QStringLiteral("--headless"));
+        return run(args, standardInput);
+    }
+
+    // The query of the one URL the main application was launched with.
+    QUrlQuery received() {
+        const QStringList urls = desktop.takeArguments(QString::fromLatin1(kMainApplication));
+        EXPECT_EQ(urls.size(), 1) << urls.join(u'\n').toStdString();
+        if (urls.isEmpty())
+            return {};
+        const QUrl url(urls.first(), QUrl::StrictMode);
+        EXPECT_EQ(url.scheme(), QStringLiteral("velmora"));
+        EXPECT_EQ(url.host(), QStringLiteral("send"));
+        return QUrlQuery(url.query(QUrl::FullyEncoded));
+    }
+    static QString value(const QUrlQuery& query, const char* key) {
+        return query.queryItemValue(QString::fromLatin1(key), QUrl::FullyDecoded);
+    }
+    static QStringList attachments(const QUrlQuery& query) {
+        QStringList paths;
+        for (int i = 0; query.hasQueryItem(QStringLiteral("attachment_%1").arg(i)); ++i)
+            paths.append(
+                query.queryItemValue(QStringLiteral("attachment_%1").arg(i), QUrl::FullyDecoded));
+        return paths;
+    }
+
+    QString staging() const { return container.dataFolder() + QStringLiteral("/ShareFull"); }
+    QString file(const QString& name, const QByteArray& bytes) {
+        const QString path = files.filePath(name);
+        writeFile(path, bytes);
+        return path;
+    }
+
+    velmora::test::RecordingDesktop desktop;
+    velmora::test::TempContainer container;
+    QTemporaryDir files;
+};
+
+TEST_F(ShareBinary, HelpVersionAndUsageErrorsTouchNothing) {
+    const ShareRun help = run({QStringLiteral("--help")});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_TRUE(help.out.contains(QStringLiteral("--print-url"))) << help.out.toStdString();
+    const ShareRun version = run({QStringLiteral("--version")});
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_TRUE(version.out.startsWith(QStringLiteral("velmora-share ")))
+        << version.out.toStdString();
+
+    const QString earlier = file(QStringLiteral("earlier.txt"), "kept");
+    writeFile(staging() + QStringLiteral("/earlier.txt"), "kept");
+    const QString text = file(QStringLiteral("words.txt"), "not a picture");
+    const struct {
+        QStringList args;
+        const char* named;
+    } rows[] = {
+        {{QStringLiteral("--no-such-option")}, "no-such-option"},
+        {{earlier, files.filePath(QStringLiteral("nope.txt"))}, "nope.txt"},
+        {{QStringLiteral("http://[::1")}, "http://[::1"},
+        {{QStringLiteral("--to"), QStringLiteral("grace@navy.test"), earlier}, "--headless"},
+        {{QStringLiteral("--image"), text}, "words.txt"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.named);
+        const ShareRun bad = run(row.args);
+        EXPECT_EQ(bad.exitCode, 2);
+        EXPECT_TRUE(bad.err.contains(QString::fromLatin1(row.named))) << bad.err.toStdString();
+    }
+    EXPECT_EQ(readFile(staging() + QStringLiteral("/earlier.txt")), "kept")
+        << "a usage error must come before the staging folder is emptied";
+    EXPECT_TRUE(desktop.recorded().isEmpty());
+}
+
+TEST_F(ShareBinary, AWebLinkWithATitleBecomesSubjectAndBody) {
+    const ShareRun r = share({QStringLiteral("--title"), QStringLiteral("Lake Bled & more"),
+                              QStringLiteral("https://example.test/lake?x=1&y=2"),
+                              QStringLiteral("--to"), QStringLiteral("grace@navy.test")});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QUrlQuery q = received();
+    EXPECT_EQ(value(q, "subject"), QStringLiteral("Lake Bled & more"));
+    EXPECT_EQ(value(q, "plainBody"), QStringLiteral("https://example.test/lake?x=1&y=2 "));
+    EXPECT_TRUE(value(q, "htmlBody")
+                    .contains(QStringLiteral("href=\"https://example.test/lake?x=1&amp;y=2\"")))
+        << value(q, "htmlBody").toStdString();
+    EXPECT_EQ(value(q, "from"), QStringLiteral("ada@x.test"));
+    EXPECT_EQ(value(q, "account"), QStringLiteral("ada@x.test"));
+    EXPECT_EQ(value(q, "to"), QStringLiteral("grace@navy.test;"));
+    EXPECT_TRUE(attachments(q).isEmpty());
+}
+
+TEST_F(ShareBinary, TwoFilesWithTheSameNameAreBothStaged) {
+    const QString one = file(QStringLiteral("a/notes.txt"), "one");
+    const QString two = file(QStringLiteral("b/notes.txt"), "two");
+    // Left from an earlier share: never sent with this one.
+    writeFile(staging() + QStringLiteral("/old.txt"), "old");
+    const ShareRun r = share({one, QUrl::fromLocalFile(two).toString()});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QStringList staged = attachments(received());
+    ASSERT_EQ(staged, (QStringList{staging() + QStringLiteral("/notes.txt"),
+                                   staging() + QStringLiteral("/notes_1.txt")}));
+    EXPECT_EQ(readFile(staged[0]), "one");
+    EXPECT_EQ(readFile(staged[1]), "two");
+    EXPECT_FALSE(QFileInfo::exists(staging() + QStringLiteral("/old.txt")));
+}
+
+TEST_F(ShareBinary, ImagesFromAFileOrStandardInputAreStagedAsPng) {
+    const QImage picture = velmora::test::twoColourImage(64, 48);
+    const QString jpeg = file(QStringLiteral("photo.jpg"), velmora::test::encoded(picture, "jpg"));
+    ShareRun r = share({QStringLiteral("--image"), jpeg});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    QStringList staged = attachments(received());
+    ASSERT_EQ(staged, QStringList{staging() + QStringLiteral("/image.png")});
+    EXPECT_EQ(readFile(staged[0]).left(8), QByteArray("\x89PNG\r\n\x1a\n"));
+    EXPECT_EQ(QImage(staged[0]).size(), picture.size());
+
+    r = share({QStringLiteral("-")}, velmora::test::encoded(picture, "jpg"));
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    staged = attachments(received());
+    ASSERT_EQ(staged, QStringList{staging() + QStringLiteral("/image.png")});
+    const QImage fromStandardInput(staged[0]);
+    EXPECT_EQ(fromStandardInput.size(), picture.size());
+    EXPECT_TRUE(velmora::test::nearColour(fromStandardInput.pixelColor(4, 24), Qt::red));
+
+    // Text on standard input is rich text: it reaches the body, and nothing is staged.
+    r = share({QStringLiteral("-")}, "<p>Minutes of <b>Monday</b></p>");
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QUrlQuery q = received();
+    EXPECT_TRUE(attachments(q).isEmpty());
+    EXPECT_TRUE(value(q, "plainBody").startsWith(QStringLiteral("Minutes of Monday")))
+        << value(q, "plainBody").toStdString();
+}
+
+TEST_F(ShareBinary, RecipientsKnownUnknownAndAGroupName) {
+    const ShareRun r =
+        share({QStringLiteral("--to"), QStringLiteral("grace.h@home.test"), QStringLiteral("--to"),
+               QStringLiteral("GRACE@navy.test"), QStringLiteral("--to"),
+               QStringLiteral("someone@else.test"), QStringLiteral("--to"), QStringLiteral("Team"),
+               QStringLiteral("--subject"), QStringLiteral("Hello"), QStringLiteral("--body"),
+               QStringLiteral("See you")});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QUrlQuery q = received();
+    // Contacts are matched on the exact mail only; the groups file offers no group, so "Team"
+    // is typed text like any other.
+    EXPECT_EQ(value(q, "to"),
+              QStringLiteral("grace.h@home.test;GRACE@navy.test;someone@else.test;Team;"));
+    EXPECT_EQ(value(q, "subject"), QStringLiteral("Hello"));
+    EXPECT_EQ(value(q, "plainBody"), QStringLiteral("See you"));
+}
+
+TEST_F(ShareBinary, AnAliasSendsForItsAccount) {
+    const ShareRun r = share({QStringLiteral("--from"), QStringLiteral("lovelace@x.test")});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QUrlQuery q = received();
+    EXPECT_EQ(value(q, "from"), QStringLiteral("ada@x.test"));
+    EXPECT_EQ(value(q, "account"), QStringLiteral("ada@x.test"));
+
+    const ShareRun typeThree = share({QStringLiteral("--from"), QStringLiteral("old@x.test")});
+    EXPECT_EQ(typeThree.exitCode, 2);
+    EXPECT_TRUE(typeThree.err.contains(QStringLiteral("lovelace@x.test")))
+        << typeThree.err.toStdString();
+    EXPECT_TRUE(desktop.takeRecord(QString::fromLatin1(kMainApplication), 1000).isEmpty());
+}
+
+TEST_F(ShareBinary, CancelPrintUrlAndAMissingMainApplication) {
+    const QString notes = file(QStringLiteral("notes.txt"), "n");
+    ShareRun r = share({QStringLiteral("--cancel"), notes});
+    EXPECT_EQ(r.exitCode, 1) << r.err.toStdString();
+
+    r = share(
+        {QStringLiteral("--print-url"), QStringLiteral("--subject"), QStringLiteral("a b"), notes});
+    EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QStringList printed = r.out.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(printed.size(), 1) << r.out.toStdString();
+    EXPECT_TRUE(printed[0].startsWith(QStringLiteral("velmora://send?")));
+    EXPECT_EQ(QUrlQuery(QUrl(printed[0]).query())
+                  .queryItemValue(QStringLiteral("subject"), QUrl::FullyDecoded),
+              QStringLiteral("a b"));
+    EXPECT_TRUE(desktop.takeRecord(QString::fromLatin1(kMainApplication), 1000).isEmpty())
+        << "neither a cancelled share nor a printed URL launches the main application";
+
+    QFile::remove(desktop.entryPath(QString::fromLatin1(kMainApplication)));
+    r = share({notes});
+    EXPECT_EQ(r.exitCode, 3);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("it.zemlo.velmora.desktop"))) << r.err.toStdString();
+}
+
+TEST_F(ShareBinary, ScreenshotShowsTheComposerWithItsItems) {
+    const QString picture =
+        file(QStringLiteral("lake.png"),
+             velmora::test::encoded(velmora::test::twoColourImage(300, 200), "png"));
+    const QString shot = QStringLiteral(VELMORA_SCREENSHOT_DIR "/composer.png");
+    QFile::remove(shot);
+    const ShareRun r = share({QStringLiteral("--title"), QStringLiteral("Lake"),
+                              QStringLiteral("https://example.test/lake"), picture,
+                              QStringLiteral("--to"), QStringLiteral("grace@navy.test"),
+                              QStringLiteral("--screenshot"), shot, QStringLiteral("--print-url")});
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QImage image(shot);
+    ASSERT_EQ(image.size(), QSize(600, 400));
+    // The picture's thumbnail is in the strip (below y 232), red on the left, blue on the right.
+    bool red = false;
+    bool blue = false;
+    for (int y = 240; y < 400; y += 4) {
+        for (int x = 0; x < 300; x += 2) {
+            red = red || velmora::test::nearColour(image.pixelColor(x, y), Qt::red);
+            blue = blue || velmora::test::nearColour(image.pixelColor(x, y), Qt::blue);
+        }
+    }
+    EXPECT_TRUE(red && blue) << "no thumbnail of the picture in " << shot.toStdString();
+}
+
+} // namespace
