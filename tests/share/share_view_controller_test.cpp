@@ -1,0 +1,77 @@
+#include "TestSupport.h"
+#include "composer/ExtensionAttachmentController.h"
+#include "composer/ExtensionComposerController.h"
+#include "composer/ExtensionContentTextView.h"
+#include "platform/ExtensionContext.h"
+#include "platform/ExtensionItem.h"
+#include "platform/ItemProviders.h"
+#include "share/ShareViewController.h"
+#include "views/FlippedView.h"
+
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace velmora;
+
+namespace {
+
+class ShareView : public ::testing::Test {
+protected:
+    QString staging() const { return container.dataFolder() + QStringLiteral("/ShareFull"); }
+
+    velmora::test::TempContainer container;
+    QTemporaryDir files;
+};
+
+TEST_F(ShareView, AnEmptyShareStillFillsTheComposerAndTheRootFollowsItsWindow) {
+    velmora::test::writeFile(staging() + QStringLiteral("/left-over.png"), "old");
+    auto context = std::make_shared<ExtensionContext>(ExtensionContext::Items{});
+    ShareViewController controller(context);
+    QWidget window;
+    FlippedView* root = controller.view();
+    EXPECT_FALSE(QFileInfo::exists(staging() + QStringLiteral("/left-over.png")));
+    EXPECT_TRUE(QFileInfo(staging()).isDir());
+
+    ExtensionComposerController* composer = controller.composer();
+    ASSERT_NE(composer, nullptr);
+    EXPECT_EQ(composer->myExtensionContext(), context);
+    EXPECT_EQ(root->geometry(), QRect(0, 0, 600, 400));
+    EXPECT_EQ(composer->view()->parentWidget(), root);
+    EXPECT_EQ(composer->view()->geometry(), QRect(0, 0, 600, 400));
+
+    QSignalSpy takenIn(composer, &ExtensionComposerController::messageTakenIn);
+    ASSERT_TRUE(takenIn.wait(15000)) << "the intake of no items must still end in update";
+    EXPECT_TRUE(composer->subjectField()->text().isEmpty());
+    EXPECT_TRUE(composer->contentTextView()->toPlainText().isEmpty());
+    EXPECT_EQ(composer->attachmentController()->rowCount(), 0);
+
+    window.resize(600, 400);
+    root->setParent(&window);
+    window.show();
+    window.resize(700, 450);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return root->size() == QSize(700, 450); }));
+}
+
+TEST_F(ShareView, SharedTextAndFilesReachTheComposer) {
+    velmora::test::writeFile(files.filePath(QStringLiteral("notes.txt")), "n");
+    auto item = std::make_shared<ExtensionItem>();
+    item->setAttributedContentText(RichText::fromPlainText(QStringLiteral("Hello there")));
+    item->setAttachments({ItemProviders::file(files.filePath(QStringLiteral("notes.txt")))});
+    auto context = std::make_shared<ExtensionContext>(ExtensionContext::Items{item});
+    ShareViewController controller(context);
+    controller.view();
+    QSignalSpy takenIn(controller.composer(), &ExtensionComposerController::messageTakenIn);
+    ASSERT_TRUE(takenIn.wait(15000));
+    ExtensionComposerController* composer = controller.composer();
+    EXPECT_TRUE(
+        composer->contentTextView()->toPlainText().startsWith(QStringLiteral("Hello there")))
+        << composer->contentTextView()->toPlainText().toStdString();
+    ASSERT_EQ(composer->attachmentController()->rowCount(), 1);
+    EXPECT_EQ(ExtensionAttachmentController::pathOfAttachment(
+                  composer->attachmentController()->arrangedObjects().value(0)),
+              staging() + QStringLiteral("/notes.txt"));
+}
+
+} // namespace
