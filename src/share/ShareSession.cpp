@@ -71,6 +71,8 @@ int ShareSession::exec() {
     connect(composer, &ExtensionComposerController::messageTakenIn, this,
             &ShareSession::messageTakenIn, Qt::SingleShotConnection);
 
+    // The event loop ends with the request, which closing the window ends too.
+    QApplication::setQuitOnLastWindowClosed(false);
     m_window->show();
     if (!m_options.headless) {
         m_window->raise();

@@ -47,6 +47,8 @@ public:
 
     // Shows the composer and runs the event loop until the request has ended.
     int exec();
+    // How the request ended; none while it runs, or when the event loop was left otherwise.
+    const std::optional<ExtensionContext::Outcome>& outcome() const { return m_outcome; }
 
 private:
     void messageTakenIn();

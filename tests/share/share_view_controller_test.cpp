@@ -5,13 +5,17 @@
 #include "platform/ExtensionContext.h"
 #include "platform/ExtensionItem.h"
 #include "platform/ItemProviders.h"
+#include "share/ShareSession.h"
 #include "share/ShareViewController.h"
 #include "views/FlippedView.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextStream>
+#include <QTimer>
 
 using namespace velmora;
 
@@ -72,6 +76,35 @@ TEST_F(ShareView, SharedTextAndFilesReachTheComposer) {
     EXPECT_EQ(ExtensionAttachmentController::pathOfAttachment(
                   composer->attachmentController()->arrangedObjects().value(0)),
               staging() + QStringLiteral("/notes.txt"));
+}
+
+TEST_F(ShareView, ClosingTheWindowCancelsTheRequest) {
+    QString printed;
+    QTextStream out(&printed);
+    QTextStream err(&printed);
+    ShareSession session(ShareOptions{}, {}, out, err);
+    QString title;
+    QSize size;
+    // Once the window is up, close it as a window manager would.
+    QTimer::singleShot(200, [&] {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (auto* window = qobject_cast<ShareWindow*>(top); window && window->isVisible()) {
+                title = window->windowTitle();
+                size = window->size();
+                window->close();
+            }
+        }
+    });
+    // Should closing not end the request, this ends the wait and the test fails below.
+    QTimer::singleShot(15000, [] { QApplication::quit(); });
+    EXPECT_EQ(session.exec(), ShareSession::Cancelled);
+    ASSERT_TRUE(session.outcome());
+    ASSERT_TRUE(session.outcome()->error);
+    EXPECT_EQ(session.outcome()->error->domain, QStringLiteral("NSCocoaErrorDomain"));
+    EXPECT_EQ(session.outcome()->error->code, 3072);
+    EXPECT_EQ(title, QStringLiteral("Share with Velmora"));
+    EXPECT_EQ(size, QSize(600, 400));
+    EXPECT_TRUE(printed.isEmpty()) << printed.toStdString();
 }
 
 } // namespace
