@@ -2,6 +2,7 @@
 #include "share/CommandLine.h"
 #include "share/ShareInput.h"
 #include "share/ShareSession.h"
+#include "share/Translations.h"
 
 #include <QApplication>
 #include <QFile>
@@ -89,6 +90,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("velmora-share"));
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("it.zemlo.velmora.share"));
+    velmora::installTranslations();
 
     velmora::ShareSession session(
         options, velmora::ShareInput::inputItems(options, standardInput, images), out, err);

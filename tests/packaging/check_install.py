@@ -1,0 +1,111 @@
+#!/usr/bin/env python3
+"""Installs a build into a temporary prefix and checks what lands there: the program (which must
+run from there), its desktop entry (which desktop-file-validate must accept, and whose Exec and
+Icon must name the installed program and icon), the icon, and one .qm file per .ts catalogue.
+
+usage: check_install.py CMAKE BUILD_DIR SOURCE_DIR VERSION
+Exits 77 (reported by CTest as skipped) only when desktop-file-validate is not installed.
+"""
+
+import configparser
+import os
+import pathlib
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+import xml.etree.ElementTree as ET
+
+ENTRY = "share/applications/it.zemlo.velmora.share.desktop"
+ICON = "share/icons/hicolor/scalable/apps/it.zemlo.velmora.share.svg"
+QM_MAGIC = bytes.fromhex("3cb86418caef9c95cd211cbf60a1bddd")
+
+failures = []
+
+
+def check(condition, message):
+    if not condition:
+        failures.append(message)
+    return condition
+
+
+def main(argv):
+    cmake, build_dir, source_dir, version = argv[1], argv[2], pathlib.Path(argv[3]), argv[4]
+    validate = shutil.which("desktop-file-validate")
+    if validate is None:
+        print("SKIP: desktop-file-validate is not installed (package desktop-file-utils)")
+        return 77
+
+    with tempfile.TemporaryDirectory() as temp:
+        prefix = pathlib.Path(temp) / "prefix"
+        run = subprocess.run([cmake, "--install", build_dir, "--prefix", str(prefix)],
+                             capture_output=True, text=True)
+        if run.returncode != 0:
+            print(run.stdout + run.stderr)
+            print("FAIL: cmake --install failed")
+            return 1
+
+        catalogues = sorted(source_dir.glob("translations/*.ts"))
+        check(catalogues, "no .ts file in the source tree")
+        expected = {"bin/velmora-share", ENTRY, ICON} | {
+            f"share/velmora-share/translations/{ts.stem}.qm" for ts in catalogues}
+        installed = {str(p.relative_to(prefix)) for p in prefix.rglob("*") if not p.is_dir()}
+        for path in sorted(expected - installed):
+            failures.append(f"not installed: {path}")
+        for path in sorted(installed - expected):
+            failures.append(f"installed but not expected: {path}")
+
+        program = prefix / "bin/velmora-share"
+        if check(os.access(program, os.X_OK), "bin/velmora-share is not executable"):
+            env = dict(os.environ, QT_QPA_PLATFORM="offscreen",
+                       VELMORA_GROUP_CONTAINER=str(pathlib.Path(temp) / "container"))
+            ran = subprocess.run([str(program), "--version"], capture_output=True, text=True,
+                                 env=env, timeout=60)
+            check(ran.returncode == 0 and ran.stdout.strip() == f"velmora-share {version}",
+                  f"the installed program's --version gave {ran.returncode}: {ran.stdout!r}"
+                  f" {ran.stderr!r}")
+
+        entry_path = prefix / ENTRY
+        if entry_path.is_file():
+            validated = subprocess.run([validate, str(entry_path)], capture_output=True,
+                                       text=True)
+            check(validated.returncode == 0,
+                  "desktop-file-validate rejects the entry:\n" + validated.stdout
+                  + validated.stderr)
+            parser = configparser.ConfigParser(interpolation=None)
+            parser.optionxform = str
+            parser.read(entry_path, encoding="utf-8")
+            entry = parser["Desktop Entry"]
+            exec_line = shlex.split(entry.get("Exec", ""))
+            check(exec_line[:1] == ["velmora-share"] and (prefix / "bin" / exec_line[0]).is_file(),
+                  f"Exec does not start the installed program: {entry.get('Exec')}")
+            check(exec_line[1:] == ["%U"],
+                  f"Exec must pass the items as URLs, files included: {entry.get('Exec')}")
+            check((prefix / ICON).stem == entry.get("Icon"),
+                  f"Icon {entry.get('Icon')} is not the installed icon {pathlib.Path(ICON).name}")
+            check(entry.get("NoDisplay") == "true",
+                  "the entry must stay out of the application menus (NoDisplay=true)")
+            check(entry.get("MimeType", "").strip(";"), "the entry lists no MimeType")
+
+        if (prefix / ICON).is_file():
+            try:
+                svg = ET.parse(prefix / ICON).getroot()
+                view = [float(v) for v in svg.get("viewBox", "").split()]
+                check(svg.tag == "{http://www.w3.org/2000/svg}svg" and len(view) == 4
+                      and view[2] == view[3] > 0, "the icon is not a square SVG image")
+            except ET.ParseError as error:
+                failures.append(f"the icon is not well-formed XML: {error}")
+
+        for qm in prefix.glob("share/velmora-share/translations/*.qm"):
+            check(qm.read_bytes().startswith(QM_MAGIC), f"{qm.name} is not a Qt translation")
+
+    for failure in failures:
+        print("FAIL:", failure)
+    if not failures:
+        print(f"installed {len(expected)} files; all in place")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))
