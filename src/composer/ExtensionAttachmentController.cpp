@@ -28,7 +28,7 @@ void ExtensionAttachmentController::withContent(
 
 QVariantList ExtensionAttachmentController::readContent() const {
     QVariantList copy;
-    withContent([&copy](AttachmentList& list) { copy = list; });
+    withContent([&copy](AttachmentList& list) { copy = unsharedCopy(list); });
     return copy;
 }
 
@@ -36,7 +36,7 @@ void ExtensionAttachmentController::rearrangeObjects() {
     const QVariantList now = readContent();
     const qsizetype before = m_arranged.size();
     const bool appended =
-        now.size() >= before && std::equal(m_arranged.begin(), m_arranged.end(), now.begin());
+        now.size() >= before && std::equal(m_arranged.cbegin(), m_arranged.cend(), now.cbegin());
     if (!appended) {
         beginResetModel();
         m_arranged = now;
@@ -81,6 +81,10 @@ QString ExtensionAttachmentController::pathOfAttachment(const QVariant& attachme
         return url.isLocalFile() ? url.toLocalFile() : QString();
     }
     return {};
+}
+
+QVariantList ExtensionAttachmentController::unsharedCopy(const QVariantList& list) {
+    return QVariantList(list.cbegin(), list.cend());
 }
 
 QString ExtensionAttachmentController::lastPathComponent(const QString& path) {

@@ -47,6 +47,11 @@ public:
     static QString pathOfAttachment(const QVariant& attachment);
     // The last component of a path ("b" for "/a/b" and "/a/b/").
     static QString lastPathComponent(const QString& path);
+    // A copy of list in an array of its own. Take it under the lock of a list that another
+    // thread changes: a plain copy would share that list's array, and the other thread, once it
+    // finds itself the array's only user again, grows the array in place, ordered by nothing
+    // but the relaxed count Qt's containers check, while this thread may still be reading it.
+    static QVariantList unsharedCopy(const QVariantList& list);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;

@@ -346,7 +346,8 @@ void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionM
                 });
             m_attachmentController->rearrangeObjects();
         } else if (m_attachmentController->content() != attachments) {
-            const QVariantList added = shared->withLock([&] { return *attachments; });
+            const QVariantList added = shared->withLock(
+                [&] { return ExtensionAttachmentController::unsharedCopy(*attachments); });
             m_attachmentController->addObjects(added);
         }
     }

@@ -138,6 +138,12 @@ QImage contentPreview(const QString& path, const QSize& size) {
     return image;
 }
 
+void loadPreviewPlugins() {
+    // Asking which formats can be read makes Qt load every image format plugin.
+    static const bool loaded = !QImageReader::supportedImageFormats().isEmpty();
+    Q_UNUSED(loaded);
+}
+
 QImage fileTypeIcon(const QString& path, const QSize& size) {
     if (size.isEmpty())
         return {};

@@ -18,6 +18,12 @@ QImage imageWithPreviewOfFileAtPath(const QString& path, const QSizeF& size, boo
 // gives none. Safe on any thread; the slow part of a preview.
 QImage contentPreview(const QString& path, const QSize& size);
 
+// Loads the image format plugins that contentPreview asks. Qt loads them on first use, under
+// locks of its own that the thread sanitizer cannot see, so two workers loading them at once
+// look like a race; called on the main thread before workers start making previews, it leaves
+// the workers only reading the loaded plugins. Main thread only; does its work once.
+void loadPreviewPlugins();
+
 // The rest of imageWithPreviewOfFileAtPath once contentPreview has given content (null or
 // not): the icon when there is no content, the frame when asIcon. Main thread only.
 QImage finishPreview(const QString& path, const QImage& content, const QSize& size, bool asIcon);

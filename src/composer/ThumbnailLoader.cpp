@@ -82,6 +82,8 @@ quint64 ThumbnailLoader::request(const QString& path, const QSize& size, QObject
         m_work->jobs.push_back({id, path, size});
     }
     m_work->wake.notify_one();
+    if (m_workers.empty())
+        loadPreviewPlugins();
     while (int(m_workers.size()) < workerCount())
         m_workers.emplace_back(Work::run, m_work);
     return id;

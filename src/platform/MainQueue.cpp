@@ -1,69 +1,95 @@
 #include "platform/MainQueue.h"
 
 #include <QCoreApplication>
-#include <QEvent>
+#include <QSocketNotifier>
 #include <QThread>
 
+#include <cerrno>
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <mutex>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 namespace velmora {
 
 namespace {
 
-// Lives on the main thread; each wake-up event makes it run whatever is queued.
+// Lives on the main thread and runs whatever is queued each time its wake-up counter is bumped.
+// The counter is an eventfd the main thread's event loop watches, so a queueing thread touches
+// nothing of Qt's: posting an event would go through Qt's own event queue, whose lock the thread
+// sanitizer cannot see, and the main thread posting its own events at the same moment would then
+// look like a race on that queue.
 class Dispatcher : public QObject {
 public:
-    static const QEvent::Type kWake;
+    Dispatcher()
+        : m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+        if (m_wake < 0)
+            qFatal("MainQueue: no eventfd for waking the main thread (errno %d)", errno);
+        m_notifier = new QSocketNotifier(QSocketNotifier::Read, this);
+        m_notifier->setSocket(m_wake);
+        connect(m_notifier, &QSocketNotifier::activated, this, &Dispatcher::runQueued);
+        m_notifier->setEnabled(true);
+    }
 
     void queue(std::function<void()> f) {
-        // Made before the function is queued: the unlock below orders it before the main
-        // thread's lock, and so before Qt deletes it there.
-        auto* wake = new QEvent(kWake);
         {
             const std::lock_guard lock(m_mutex);
             m_queue.push_back(std::move(f));
         }
-        QCoreApplication::postEvent(this, wake);
+        wake();
     }
 
-protected:
-    bool event(QEvent* event) override {
-        if (event->type() != kWake)
-            return QObject::event(event);
+private:
+    void wake() {
+        const std::uint64_t one = 1;
+        while (::write(m_wake, &one, sizeof one) < 0 && errno == EINTR) {
+        }
+    }
+
+    void runQueued() {
+        // The counter is emptied before the queue is read, so a function queued from here on
+        // wakes the main thread again.
+        std::uint64_t count = 0;
+        while (::read(m_wake, &count, sizeof count) < 0 && errno == EINTR) {
+        }
         for (;;) {
             std::function<void()> f;
+            bool more = false;
             {
                 const std::lock_guard lock(m_mutex);
                 if (m_queue.empty())
-                    return true;
+                    return;
                 f = std::move(m_queue.front());
                 m_queue.pop_front();
+                more = !m_queue.empty();
             }
+            // A function may run an event loop of its own (a modal sheet); the ones behind it
+            // then run in that loop, as they would have without it.
+            if (more)
+                wake();
             f();
         }
     }
 
-private:
+    const int m_wake; // the eventfd, open for the life of the process
+    QSocketNotifier* m_notifier;
     std::mutex m_mutex;
     std::deque<std::function<void()>> m_queue;
 };
 
-const QEvent::Type Dispatcher::kWake = QEvent::Type(QEvent::registerEventType());
-
 Dispatcher& dispatcher() {
     // Never deleted: queued functions may arrive until the very end of the process.
+    // Made by the application object's start-up, on its thread, whose event loop watches it.
     static Dispatcher* const instance = [] {
-        auto* d = new Dispatcher;
-        d->moveToThread(QCoreApplication::instance()->thread());
-        return d;
+        Q_ASSERT(MainQueue::isMainThread());
+        return new Dispatcher;
     }();
     return *instance;
 }
 
-// Made on the main thread as the application object is made, so that the first function
-// queued from a worker does not create it there.
+// Made as the application object is made, so that a worker never makes it.
 void makeDispatcherEarly() {
     dispatcher();
 }

@@ -5,8 +5,9 @@
 namespace velmora {
 
 // The main queue: runs functions on the main thread (the application object's) from any
-// thread, in the order they were queued. The hand-over goes through a standard mutex, so the
-// thread sanitizer sees it, which it cannot for Qt's own event-queue locks; functions are made,
+// thread, in the order they were queued. The hand-over goes through a standard mutex and the
+// main thread is woken through an eventfd its event loop watches, so a queueing thread never
+// touches Qt's own event queue, whose locks the thread sanitizer cannot see; functions are made,
 // run and destroyed without another thread touching them unguarded. Needs the application
 // object to exist.
 class MainQueue {

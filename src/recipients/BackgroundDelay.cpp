@@ -1,37 +1,27 @@
 #include "recipients/BackgroundDelay.h"
 
-#include <QPromise>
-#include <QThread>
-#include <QThreadPool>
+#include "platform/DispatchQueue.h"
+#include "platform/MainQueue.h"
 
-#include <memory>
+#include <QPointer>
+
+#include <thread>
 
 namespace velmora {
 
-namespace {
-
-// Joined at exit, after the last wait has run out.
-QThreadPool& backgroundPool() {
-    static QThreadPool pool;
-    static const bool lowPriority = [] {
-        pool.setThreadPriority(QThread::LowestPriority);
-        return true;
-    }();
-    Q_UNUSED(lowPriority);
-    return pool;
-}
-
-} // namespace
-
-QFuture<void> waitInBackground(std::chrono::milliseconds delay) {
-    auto promise = std::make_shared<QPromise<void>>();
-    QFuture<void> future = promise->future();
-    promise->start();
-    backgroundPool().start([promise, delay] {
-        QThread::msleep(static_cast<unsigned long>(delay.count()));
-        promise->finish();
-    });
-    return future;
+void afterDelayInBackground(std::chrono::milliseconds delay, QObject* receiver,
+                            std::function<void()> then) {
+    // Made here and run and dropped on the main thread: the worker only moves it along, so the
+    // guard's reference counts are never touched off the main thread.
+    auto done = [receiver = QPointer<QObject>(receiver), then = std::move(then)] {
+        if (receiver)
+            then();
+    };
+    DispatchQueue::global(DispatchQueue::Priority::Background)
+        .async([delay, done = std::move(done)]() mutable {
+            std::this_thread::sleep_for(delay);
+            MainQueue::async(std::move(done));
+        });
 }
 
 } // namespace velmora

@@ -1,14 +1,16 @@
 #pragma once
 
-#include <QFuture>
-
 #include <chrono>
+#include <functional>
+
+class QObject;
 
 namespace velmora {
 
-// A wait on a background-priority worker: the future finishes once the time has passed. Whoever
-// waits for it on the main thread (a QFutureWatcher) gets the result there; the worker touches
-// nothing else, so the watcher's owner may go away meanwhile.
-QFuture<void> waitInBackground(std::chrono::milliseconds delay);
+// Runs then on the main thread once delay has passed; the wait is spent on a background-priority
+// worker, never on the main thread. Nothing runs when receiver is destroyed before then. Call on
+// the main thread.
+void afterDelayInBackground(std::chrono::milliseconds delay, QObject* receiver,
+                            std::function<void()> then);
 
 } // namespace velmora

@@ -9,7 +9,6 @@
 #include "views/KeyCommands.h"
 
 #include <QClipboard>
-#include <QFutureWatcher>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -240,13 +239,8 @@ void ExtensionTokenField::NotifyChangedrecipients() {
 }
 
 void ExtensionTokenField::scheduleRefilter() {
-    // The watcher dies with the field, so a field gone meanwhile is never called.
-    auto* watcher = new QFutureWatcher<void>(this);
-    connect(watcher, &QFutureWatcher<void>::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        populateToken(m_editor);
-    });
-    watcher->setFuture(waitInBackground(kRefilterDelay));
+    // A field gone meanwhile is never called.
+    afterDelayInBackground(kRefilterDelay, this, [this] { populateToken(m_editor); });
 }
 
 bool ExtensionTokenField::event(QEvent* event) {

@@ -2,8 +2,10 @@
 #include "platform/MainQueue.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QThread>
 
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -41,6 +43,23 @@ TEST(MainQueue, RunsWorkFromEveryThreadOnTheMainThreadInOrder) {
                 last = v;
             }
     }
+}
+
+TEST(MainQueue, WorkQueuedBehindOneThatRunsItsOwnEventLoopRunsInThatLoop) {
+    bool insideFirst = false;
+    std::optional<bool> secondRanInsideFirst;
+    MainQueue::async([&] {
+        insideFirst = true;
+        // As a modal sheet would: an event loop of its own, here until the second has run.
+        const QDeadlineTimer deadline(5000);
+        while (!secondRanInsideFirst && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        insideFirst = false;
+    });
+    MainQueue::async([&] { secondRanInsideFirst = insideFirst; });
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(secondRanInsideFirst.has_value());
+    EXPECT_TRUE(*secondRanInsideFirst);
 }
 
 TEST(MainQueue, SyncWaitsForTheMainThreadOrRunsInPlaceThere) {
