@@ -1,5 +1,7 @@
 #pragma once
 
+#include "directory/ExtensionAddress.h"
+#include "platform/Log.h"
 #include "platform/PropertyList.h"
 #include "platform/PropertyListPrivate.h"
 
@@ -104,6 +106,49 @@ inline bool boundedEqual(const QVariant& a, const QVariant& b, long& budget) {
     return a == b;
 }
 
+// Address records as the contacts reader makes them: each dictionary element from its entries.
+class AddressRecords final : public PropertyListElementVisitor {
+public:
+    void dictionary(std::span<const PropertyListEntry> entries) override {
+        records.append(ExtensionAddress::initWithDictonary(entries));
+    }
+    void value(const QVariant& element) override {
+        records.append(ExtensionAddress::initWithDictonary(element));
+    }
+    QList<std::shared_ptr<ExtensionAddress>> records;
+};
+
+inline bool sameText(const QString& a, const QString& b) {
+    return a.isNull() == b.isNull() && a == b;
+}
+
+inline bool sameAddress(const ExtensionAddress& a, const ExtensionAddress& b) {
+    return sameText(a.mail(), b.mail()) && sameText(a.firstName(), b.firstName()) &&
+           sameText(a.lastName(), b.lastName()) && sameText(a.company(), b.company()) &&
+           sameText(a.nickname(), b.nickname()) && a.rank() == b.rank();
+}
+
+// The records read from the elements' entries must be those read from their trees, and the
+// lines logged on the way the same.
+template <typename Stream>
+void compareAddressRecords(const QByteArray& bytes, const PropertyList::Limits& limits,
+                           const QVariantList& elements, Stream stream) {
+    AddressRecords fromEntries;
+    LogCapture entryLog;
+    stream(bytes, limits, fromEntries);
+    const QStringList entryLines = entryLog.lines();
+    LogCapture treeLog;
+    if (fromEntries.records.size() != elements.size())
+        std::abort();
+    for (qsizetype i = 0; i < elements.size(); ++i) {
+        if (!sameAddress(*fromEntries.records[i],
+                         *ExtensionAddress::initWithDictonary(elements[i])))
+            std::abort();
+    }
+    if (treeLog.lines() != entryLines)
+        std::abort();
+}
+
 // Parses with small limits, so that the fuzzer reaches them, and walks whatever it gets.
 // A failure must come with its reason; a success with no reason. The element-by-element reader
 // must agree with the whole read: it succeeds exactly when the whole read gives an array, and
@@ -134,6 +179,7 @@ void parseAndWalk(const uint8_t* data, size_t size, Parse parse, Stream stream) 
         long budget = 100000;
         if (!boundedEqual(root, QVariant(streamed), budget))
             std::abort();
+        compareAddressRecords(bytes, limits, root.toList(), stream);
     }
 
     if (!root.isValid())

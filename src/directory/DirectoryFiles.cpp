@@ -30,6 +30,34 @@ template <typename Record> QList<std::shared_ptr<Record>> recordsOfArrayFile(con
     return records;
 }
 
+// The contacts book's records, each address dictionary read from its entries as the reader
+// meets them, without a QVariantMap in between.
+class AddressCollector final : public PropertyListElementVisitor {
+public:
+    void dictionary(std::span<const PropertyListEntry> entries) override {
+        addresses.append(ExtensionAddress::initWithDictonary(entries));
+    }
+    void value(const QVariant& element) override {
+        addresses.append(ExtensionAddress::initWithDictonary(element));
+    }
+
+    QList<std::shared_ptr<ExtensionAddress>> addresses;
+};
+
+QList<std::shared_ptr<ExtensionAddress>> addressesOfFile(const QString& path) {
+    AddressCollector collector;
+    if (!PropertyList::forEachArrayElementInFile(path, collector))
+        return {};
+    return std::move(collector.addresses);
+}
+
+// Reads a file's elements and drops them.
+class Discarder final : public PropertyListElementVisitor {
+public:
+    void dictionary(std::span<const PropertyListEntry>) override {}
+    void value(const QVariant&) override {}
+};
+
 } // namespace
 
 QList<std::shared_ptr<ExtensionAccount>> ExtensionUtilities::Accounts() {
@@ -52,13 +80,13 @@ AddressesAndGroupsResult ExtensionUtilities::AddressesAndGroups() {
                     return;
                 }
             }
-            result.addresses =
-                recordsOfArrayFile<ExtensionAddress>(folder + QStringLiteral("/Addresses.plist"));
+            result.addresses = addressesOfFile(folder + QStringLiteral("/Addresses.plist"));
             // The groups file is read but not offered: the main application keeps groups out
             // of the share composer's suggestions, so the list stays empty. ExtensionGroup still
             // reads a group dictionary completely for the day it is offered.
+            Discarder discarder;
             PropertyList::forEachArrayElementInFile(folder + QStringLiteral("/Groups.plist"),
-                                                    [](const QVariant&) {});
+                                                    discarder);
         });
     if (coordinationError)
         Log::error(u"[%@] NSFileCoordinator AddressesAndGroups %@", coordinationError->text());

@@ -7,8 +7,16 @@
 namespace velmora {
 
 std::shared_ptr<ExtensionAddress> ExtensionAddress::initWithDictonary(const QVariant& d) {
+    return read(DictionaryReader(d));
+}
+
+std::shared_ptr<ExtensionAddress>
+ExtensionAddress::initWithDictonary(std::span<const PropertyListEntry> entries) {
+    return read(DictionaryReader(entries));
+}
+
+std::shared_ptr<ExtensionAddress> ExtensionAddress::read(const DictionaryReader& dict) {
     auto address = std::make_shared<ExtensionAddress>();
-    const DictionaryReader dict(d);
     // The record is not shared until it is returned: its fields are set without their locks.
     try {
         const QString empty = QStringLiteral("");

@@ -1,14 +1,18 @@
 #pragma once
 
 #include "platform/AtomicProperty.h"
+#include "platform/PropertyList.h"
 
 #include <QList>
 #include <QString>
 #include <QVariant>
 
 #include <memory>
+#include <span>
 
 namespace velmora {
+
+class DictionaryReader;
 
 // One e-mail address of the user's contacts, with its person's names and a usage rank (higher
 // is used more often). Also a recipient token of the To field.
@@ -17,6 +21,9 @@ public:
     // Reads an address dictionary ("mail", "firstName", "lastName", "company", "nickname",
     // "rank"); a malformed one is logged and the fields read before the fault are kept.
     static std::shared_ptr<ExtensionAddress> initWithDictonary(const QVariant& d);
+    // The same for a dictionary the property-list reader hands over entry by entry.
+    static std::shared_ptr<ExtensionAddress>
+    initWithDictonary(std::span<const PropertyListEntry> entries);
 
     QString mail() const { return m_mail.get(); }
     void setMail(QString v) { m_mail.set(std::move(v)); }
@@ -39,6 +46,8 @@ public:
     QString description() const;
 
 private:
+    static std::shared_ptr<ExtensionAddress> read(const DictionaryReader& dict);
+
     AtomicProperty<QString> m_mail;
     AtomicProperty<QString> m_firstName;
     AtomicProperty<QString> m_lastName;

@@ -2,10 +2,11 @@
 
 namespace velmora {
 
-DictionaryReader::DictionaryReader(const QVariant& d)
-    : m_value(d) {
-    if (d.typeId() != QMetaType::QVariantMap)
+DictionaryReader::DictionaryReader(const QVariant& d) {
+    if (d.typeId() != QMetaType::QVariantMap) {
+        m_notDictionary = &d;
         return;
+    }
     m_map = static_cast<const QVariantMap*>(d.constData());
     if (m_map->size() > kScanned)
         return;
@@ -14,24 +15,42 @@ DictionaryReader::DictionaryReader(const QVariant& d)
         m_entries[size_t(m_entryCount++)] = {it.key(), &it.value()};
 }
 
+DictionaryReader::DictionaryReader(std::span<const PropertyListEntry> entries) {
+    if (entries.size() > size_t(kScanned)) {
+        m_flat = entries;
+        return;
+    }
+    m_entryCount = 0;
+    for (const PropertyListEntry& e : entries)
+        m_entries[size_t(m_entryCount++)] = {*e.key, e.value};
+}
+
 const QVariant* DictionaryReader::find(const QString& key) const {
-    if (!m_map) {
+    if (m_notDictionary) {
         throw ValueError(
             QStringLiteral("a %1 was given where a dictionary was expected (key \"%2\")")
-                .arg(Values::kindName(m_value), key)
+                .arg(Values::kindName(*m_notDictionary), key)
                 .toStdString());
     }
+    // From the back: of a key handed over more than once, the last entry holds the value.
     if (m_entryCount >= 0) {
-        for (int i = 0; i < m_entryCount; ++i) {
+        for (int i = m_entryCount - 1; i >= 0; --i) {
             const Entry& e = m_entries[size_t(i)];
             if (e.key.size() == key.size() && e.key.front() == key.front() && e.key == key)
                 return e.value;
         }
         return nullptr;
     }
-    // Through the const map, so the shared tree is never detached.
-    const auto it = m_map->constFind(key);
-    return it == m_map->constEnd() ? nullptr : &*it;
+    if (m_map) {
+        // Through the const map, so the shared tree is never detached.
+        const auto it = m_map->constFind(key);
+        return it == m_map->constEnd() ? nullptr : &*it;
+    }
+    for (auto e = m_flat.rbegin(); e != m_flat.rend(); ++e) {
+        if (*e->key == key)
+            return e->value;
+    }
+    return nullptr;
 }
 
 QVariant DictionaryReader::value(const QString& key) const {

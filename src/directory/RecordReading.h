@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/PropertyList.h"
 #include "platform/Values.h"
 
 #include <QVariant>
 #include <QVariantMap>
 
 #include <array>
+#include <span>
 
 namespace velmora {
 
@@ -16,6 +18,9 @@ namespace velmora {
 class DictionaryReader {
 public:
     explicit DictionaryReader(const QVariant& d);
+    // A dictionary as the property-list reader hands it over, entry by entry; it reads as the
+    // QVariantMap of the same entries would.
+    explicit DictionaryReader(std::span<const PropertyListEntry> entries);
 
     // The value under key, or null when the key is missing.
     const QVariant* find(const QString& key) const;
@@ -41,10 +46,13 @@ private:
     // map and a scan that compares lengths first beats a tree search per field.
     static constexpr int kScanned = 16;
 
-    const QVariant& m_value;
+    // Set when the value given is not a dictionary: the first key asked for raises then.
+    const QVariant* m_notDictionary = nullptr;
+    // With too many keys to scan: the map to search, or the entries to search from the back.
     const QVariantMap* m_map = nullptr;
+    std::span<const PropertyListEntry> m_flat;
     std::array<Entry, kScanned> m_entries{};
-    int m_entryCount = -1; // -1: too many keys to scan, search the map
+    int m_entryCount = -1; // -1: too many keys to scan
 };
 
 } // namespace velmora

@@ -3,6 +3,7 @@
 #include "platform/PropertyListPrivate.h"
 
 #include <QFile>
+#include <QVariantMap>
 
 #include <optional>
 
@@ -15,6 +16,13 @@ void checkInputSize(qsizetype size, const PropertyList::Limits& limits) {
         throw Malformed{QStringLiteral("the input is %1 bytes, above the limit of %2 bytes")
                             .arg(size)
                             .arg(limits.maxInputBytes)};
+}
+
+void TreeVisitor::dictionary(std::span<const PropertyListEntry> entries) {
+    QVariantMap map;
+    for (const PropertyListEntry& e : entries)
+        map.insert(map.cend(), *e.key, *e.value);
+    m_visit(map);
 }
 
 } // namespace plist
@@ -54,20 +62,27 @@ std::optional<QByteArray> readBounded(const QString& path, const PropertyList::L
 } // namespace
 
 bool PropertyList::forEachArrayElementInFile(const QString& path,
-                                             const std::function<void(const QVariant&)>& visit,
+                                             PropertyListElementVisitor& visitor,
                                              const Limits& limits) {
     std::optional<QByteArray> data = readBounded(path, limits);
     if (!data)
         return false;
     try {
         if (data->startsWith("bplist00"))
-            plist::forEachBinaryArrayElement(*data, limits, visit);
+            plist::forEachBinaryArrayElement(*data, limits, visitor);
         else
-            plist::forEachXmlArrayElement(std::move(*data), limits, visit);
+            plist::forEachXmlArrayElement(std::move(*data), limits, visitor);
         return true;
     } catch (const plist::Malformed&) {
         return false;
     }
+}
+
+bool PropertyList::forEachArrayElementInFile(const QString& path,
+                                             const std::function<void(const QVariant&)>& visit,
+                                             const Limits& limits) {
+    plist::TreeVisitor visitor(visit);
+    return forEachArrayElementInFile(path, visitor, limits);
 }
 
 QVariant PropertyList::arrayWithContentsOfFile(const QString& path, const Limits& limits) {

@@ -5,6 +5,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <span>
 
 namespace velmora {
 
@@ -13,6 +14,27 @@ struct PropertyListLimits {
     qint64 maxInputBytes = qint64(256) * 1024 * 1024;
     int maxDepth = 512;
     qint64 maxObjects = qint64(16) * 1024 * 1024;
+};
+
+// One entry of a dictionary handed to a PropertyListElementVisitor: both belong to the reader
+// and live for the call that hands them over.
+struct PropertyListEntry {
+    const QString* key;
+    const QVariant* value;
+};
+
+// Receives the elements of a root array one at a time. A dictionary element comes as its entries,
+// so that a reader that wants a few fields of each dictionary is spared building a QVariantMap
+// per element; every other element comes as the tree the whole read gives for it.
+class PropertyListElementVisitor {
+public:
+    virtual ~PropertyListElementVisitor() = default;
+    // The entries in the order of the file. A key may come more than once: its last entry holds
+    // the value the dictionary's QVariantMap would hold.
+    virtual void dictionary(std::span<const PropertyListEntry> entries) = 0;
+    // An element that is not a dictionary, or a binary dictionary that other containers refer
+    // to as well (it is kept whole for them): the tree the whole read gives for it.
+    virtual void value(const QVariant& element) = 0;
 };
 
 // Reads property lists, XML and binary ("bplist00"), into QVariant trees:
@@ -46,6 +68,9 @@ public:
     // reads as no array, and whatever visit was given must be dropped.
     static bool forEachArrayElementInFile(const QString& path,
                                           const std::function<void(const QVariant&)>& visit,
+                                          const Limits& limits = {});
+    // The same, handing each dictionary element to the visitor as its entries.
+    static bool forEachArrayElementInFile(const QString& path, PropertyListElementVisitor& visitor,
                                           const Limits& limits = {});
 };
 

@@ -51,8 +51,8 @@ public:
     }
 
     // Visits the elements of a root array one at a time; an element that nothing else refers
-    // to is released after its visit.
-    void forEachTopElement(const plist::ElementVisitor& visit) {
+    // to is released after its visit, and is handed over as its entries when it is a dictionary.
+    void forEachTopElement(PropertyListElementVisitor& visitor) {
         open();
         const quint64 offset = objectOffset(m_topObject);
         const uchar marker = m_data[offset];
@@ -64,8 +64,11 @@ public:
         const uchar* refs = bytes(at, n * quint64(m_refSize));
         m_slot[size_t(m_topObject)] = kBusy;
         for (quint64 i = 0; i < n; ++i) {
+            const quint64 ref = reference(refs + i * quint64(m_refSize));
+            if (visitEntries(ref, visitor))
+                continue;
             int height = 0;
-            visit(object(reference(refs + i * quint64(m_refSize)), 2, &height));
+            visitor.value(object(ref, 2, &height));
         }
     }
 
@@ -145,27 +148,85 @@ private:
         m_done.reserve(size_t(m_objectCount));
     }
 
-    // The object at ref, at the given nesting depth; height receives how many levels it spans.
-    QVariant object(quint64 ref, int depth, int* height) {
+    // A dictionary element of the root array that nothing else refers to, handed to the visitor
+    // as its entries; false leaves the element to object(), which also reports its faults.
+    bool visitEntries(quint64 ref, PropertyListElementVisitor& visitor) {
+        constexpr int kDepth = 2;
+        if (ref >= m_objectCount || m_slot[size_t(ref)] != 0 || m_references[size_t(ref)] > 1 ||
+            kDepth > m_limits.maxDepth)
+            return false;
+        const quint64 offset = objectOffset(ref);
+        const uchar marker = m_data[offset];
+        if ((marker >> 4) != 0xD)
+            return false;
+        m_slot[size_t(ref)] = kBusy;
+        Cursor at{ref, offset + 1};
+        int height = 1;
+        m_held.clear();
+        entries(at, count(at, marker & 0x0F), kDepth, &height, [&](Held&& k, Held&& v) {
+            m_held.push_back(std::move(k));
+            m_held.push_back(std::move(v));
+        });
+        m_slot[size_t(ref)] = 0;
+        m_view.clear();
+        for (size_t i = 0; i < m_held.size(); i += 2) {
+            m_view.push_back(
+                {static_cast<const QString*>(m_held[i].get().constData()), &m_held[i + 1].get()});
+        }
+        visitor.dictionary(m_view);
+        return true;
+    }
+
+    // An object as a container's entry takes it: the kept value itself when the object is
+    // shared and decoded already, else a value of its own.
+    struct Held {
+        const QVariant* kept = nullptr;
+        QVariant fresh;
+        const QVariant& get() const { return kept ? *kept : fresh; }
+    };
+
+    // The kept value of an object decoded before, or null when it is still to be decoded.
+    const QVariant* kept(quint64 ref, int depth, int* height) const {
         if (ref >= m_objectCount)
             fail(ref, QStringLiteral("does not exist: the file has %1").arg(m_objectCount));
         const quint32 slot = m_slot[size_t(ref)];
         if (slot == kBusy)
             fail(ref, QStringLiteral("contains itself"));
-        if (slot != 0) {
-            const Decoded& done = m_done[slot - 1];
-            // A shared object reached at a deeper place still counts its full height there.
-            if (depth + done.height - 1 > m_limits.maxDepth)
-                fail(ref, QStringLiteral("nests deeper than %1 levels").arg(m_limits.maxDepth));
-            *height = done.height;
-            return done.value;
-        }
+        if (slot == 0)
+            return nullptr;
+        const Decoded& done = m_done[slot - 1];
+        // A shared object reached at a deeper place still counts its full height there.
+        if (depth + done.height - 1 > m_limits.maxDepth)
+            fail(ref, QStringLiteral("nests deeper than %1 levels").arg(m_limits.maxDepth));
+        *height = done.height;
+        return &done.value;
+    }
+
+    void fetch(quint64 ref, int depth, int* height, Held& into) {
+        into.kept = kept(ref, depth, height);
+        if (!into.kept)
+            into.fresh = decodeOnce(ref, depth, height);
+    }
+
+    // The object at ref, at the given nesting depth; height receives how many levels it spans.
+    QVariant object(quint64 ref, int depth, int* height) {
+        if (const QVariant* value = kept(ref, depth, height))
+            return *value;
+        return decodeOnce(ref, depth, height);
+    }
+
+    // Decodes an object that is not kept yet, and keeps it when more than one container refers
+    // to it.
+    QVariant decodeOnce(quint64 ref, int depth, int* height) {
         if (depth > m_limits.maxDepth)
             fail(ref, QStringLiteral("nests deeper than %1 levels").arg(m_limits.maxDepth));
         m_slot[size_t(ref)] = kBusy;
         *height = 1;
         QVariant value = decode(ref, depth, height);
         if (m_references[size_t(ref)] > 1) {
+            // Room for every object was reserved, so kept values never move: entries handed
+            // over point at them.
+            Q_ASSERT(m_done.size() < m_done.capacity());
             m_done.push_back({value, *height});
             m_slot[size_t(ref)] = quint32(m_done.size());
         } else {
@@ -315,23 +376,33 @@ private:
     }
 
     QVariant dict(Cursor& at, quint64 n, int depth, int* height) {
+        QVariantMap map;
+        entries(at, n, depth, height, [&](Held&& k, Held&& v) {
+            // A later duplicate key replaces the earlier value, as in XML.
+            map.insert(map.cend(), *static_cast<const QString*>(k.get().constData()), v.get());
+        });
+        return map;
+    }
+
+    // Calls sink with each key and value of the dictionary of n entries at the cursor (at depth),
+    // in the order of the file.
+    template <typename Sink>
+    void entries(Cursor& at, quint64 n, int depth, int* height, Sink&& sink) {
         const uchar* keys = bytes(at, n * quint64(m_refSize));
         const uchar* values = bytes(at, n * quint64(m_refSize));
-        QVariantMap map;
         for (quint64 i = 0; i < n; ++i) {
             int child = 0;
             const quint64 keyRef = reference(keys + i * quint64(m_refSize));
-            const QVariant k = object(keyRef, depth + 1, &child);
-            if (k.typeId() != QMetaType::QString)
+            Held k;
+            fetch(keyRef, depth + 1, &child, k);
+            if (k.get().typeId() != QMetaType::QString)
                 fail(at.ref,
                      QStringLiteral("has the key object %1, which is not a string").arg(keyRef));
-            const QVariant v =
-                object(reference(values + i * quint64(m_refSize)), depth + 1, &child);
+            Held v;
+            fetch(reference(values + i * quint64(m_refSize)), depth + 1, &child, v);
             *height = qMax(*height, child + 1);
-            // A later duplicate key replaces the earlier value, as in XML.
-            map.insert(map.cend(), *static_cast<const QString*>(k.constData()), v);
+            sink(std::move(k), std::move(v));
         }
-        return map;
     }
 
     struct Decoded {
@@ -353,6 +424,9 @@ private:
     std::vector<quint32> m_slot;
     std::vector<quint8> m_references;
     std::vector<Decoded> m_done;
+    // The keys and values of the root array's current dictionary, in turn, and their entries.
+    std::vector<Held> m_held;
+    std::vector<PropertyListEntry> m_view;
 };
 
 } // namespace
@@ -360,9 +434,15 @@ private:
 namespace plist {
 
 void forEachBinaryArrayElement(const QByteArray& data, const PropertyList::Limits& limits,
-                               const ElementVisitor& visit) {
+                               PropertyListElementVisitor& visitor) {
     checkInputSize(data.size(), limits);
-    BinaryReader(data, limits).forEachTopElement(visit);
+    BinaryReader(data, limits).forEachTopElement(visitor);
+}
+
+void forEachBinaryArrayElement(const QByteArray& data, const PropertyList::Limits& limits,
+                               const ElementVisitor& visit) {
+    TreeVisitor visitor(visit);
+    forEachBinaryArrayElement(data, limits, visitor);
 }
 
 } // namespace plist

@@ -26,9 +26,26 @@ using ElementVisitor = std::function<void(const QVariant&)>;
 // its root is not an array (elements before the fault have been visited then).
 // The XML reader parses data in place: it takes the buffer.
 void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
+                            PropertyListElementVisitor& visitor);
+void forEachBinaryArrayElement(const QByteArray& data, const PropertyList::Limits& limits,
+                               PropertyListElementVisitor& visitor);
+// The same with every element as its tree: a dictionary's entries become its QVariantMap.
+void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
                             const ElementVisitor& visit);
 void forEachBinaryArrayElement(const QByteArray& data, const PropertyList::Limits& limits,
                                const ElementVisitor& visit);
+
+// Hands every element on as a tree; dictionaries handed over as entries are made into maps.
+class TreeVisitor final : public PropertyListElementVisitor {
+public:
+    explicit TreeVisitor(const ElementVisitor& visit)
+        : m_visit(visit) {}
+    void dictionary(std::span<const PropertyListEntry> entries) override;
+    void value(const QVariant& element) override { m_visit(element); }
+
+private:
+    const ElementVisitor& m_visit;
+};
 
 // Runs a reader: the value it returns, or a null QVariant and the error text when it throws.
 template <typename Read> QVariant guarded(const QString& format, QString* error, Read&& read) {

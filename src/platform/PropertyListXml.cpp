@@ -11,7 +11,7 @@
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 namespace velmora {
 
@@ -73,11 +73,43 @@ int digitsAt(std::string_view s, size_t pos, size_t count) {
     return value;
 }
 
-// Equal dictionary keys are read once and share one QString's data: a contacts file repeats
-// the same few keys in every entry.
-struct KeyHash {
-    using is_transparent = void;
-    size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+// Equal short texts are read once and share one QString's data: a contacts file repeats the
+// same few keys in every entry, and the same first names, last names and companies in many.
+// Each text has one place in a table, found from a hash of its bytes; a text that finds another
+// one there takes its place, so a run of texts that never repeat (mail addresses) costs a hash
+// and a comparison each and keeps the table small.
+class SharedTexts {
+public:
+    QString get(std::string_view s) {
+        if (s.empty() || s.size() > kLongest)
+            return utf8(s);
+        Slot& slot = m_slots[hash(s) % kSlots];
+        if (slot.size == s.size() && std::memcmp(slot.bytes, s.data(), s.size()) == 0)
+            return slot.text;
+        slot.text = utf8(s);
+        slot.size = quint8(s.size());
+        std::memcpy(slot.bytes, s.data(), s.size());
+        return slot.text;
+    }
+
+private:
+    static constexpr size_t kLongest = 48;
+    static constexpr size_t kSlots = 1021;
+
+    // FNV-1a.
+    static size_t hash(std::string_view s) {
+        quint32 h = 2166136261u;
+        for (char c : s)
+            h = (h ^ quint8(c)) * 16777619u;
+        return h;
+    }
+
+    struct Slot {
+        QString text;
+        quint8 size = 0;
+        char bytes[kLongest];
+    };
+    std::vector<Slot> m_slots = std::vector<Slot>(kSlots);
 };
 
 // Removes a leading "+" or "-" from s; true when it was "-".
@@ -96,17 +128,31 @@ public:
 
     QVariant read(const pugi::xml_document& doc) { return value(rootValue(doc), 1); }
 
-    // Visits the elements of a root array one at a time.
-    void forEachTopElement(const pugi::xml_document& doc, const plist::ElementVisitor& visit) {
+    // Visits the elements of a root array one at a time; a dictionary is handed over as its
+    // entries.
+    void forEachTopElement(const pugi::xml_document& doc, PropertyListElementVisitor& visitor) {
         const pugi::xml_node root = rootValue(doc);
         if (std::strcmp(root.name(), "array") != 0)
             fail(root, QStringLiteral("the root is <%1>, not an array")
                            .arg(QString::fromUtf8(root.name())));
         refuseText(root);
         ++m_objects;
+        std::vector<PropertyListEntry> view;
         for (const pugi::xml_node& child : root.children()) {
-            if (isElement(child))
-                visit(value(child, 2));
+            if (!isElement(child))
+                continue;
+            if (std::strcmp(child.name(), "dict") != 0) {
+                visitor.value(value(child, 2));
+                continue;
+            }
+            count(child, 2);
+            m_held.clear();
+            entries(child, 2,
+                    [&](const QString& k, QVariant v) { m_held.emplace_back(k, std::move(v)); });
+            view.clear();
+            for (const auto& [k, v] : m_held)
+                view.push_back({&k, &v});
+            visitor.dictionary(view);
         }
     }
 
@@ -144,12 +190,16 @@ private:
         return only;
     }
 
-    QVariant value(const pugi::xml_node& node, int depth) {
+    // Counts one more value at the given depth against the limits.
+    void count(const pugi::xml_node& node, int depth) {
         if (depth > m_limits.maxDepth)
             fail(node, QStringLiteral("values nest deeper than %1 levels").arg(m_limits.maxDepth));
         if (++m_objects > m_limits.maxObjects)
             fail(node, QStringLiteral("more than %1 values").arg(m_limits.maxObjects));
+    }
 
+    QVariant value(const pugi::xml_node& node, int depth) {
+        count(node, depth);
         const char* name = node.name();
         if (std::strcmp(name, "string") == 0)
             return string(node);
@@ -192,21 +242,9 @@ private:
         return m_scratch;
     }
 
-    QString string(const pugi::xml_node& node) { return utf8(text(node)); }
+    QString string(const pugi::xml_node& node) { return m_texts.get(text(node)); }
 
-    QString key(const pugi::xml_node& node) {
-        constexpr size_t kLongestShared = 64;
-        constexpr size_t kMostShared = 256;
-        const std::string_view s = text(node);
-        if (s.size() > kLongestShared)
-            return utf8(s);
-        if (const auto it = m_keys.find(s); it != m_keys.end())
-            return it->second;
-        QString k = utf8(s);
-        if (m_keys.size() < kMostShared)
-            m_keys.emplace(std::string(s), k);
-        return k;
-    }
+    QString key(const pugi::xml_node& node) { return m_texts.get(text(node)); }
 
     QVariant integer(const pugi::xml_node& node) {
         std::string_view s = trimmed(text(node));
@@ -287,8 +325,17 @@ private:
     }
 
     QVariant dict(const pugi::xml_node& node, int depth) {
-        refuseText(node);
         QVariantMap map;
+        // Writers sort their keys, so the end is the right place nearly always; a later
+        // duplicate replaces the earlier value.
+        entries(node, depth,
+                [&](const QString& k, QVariant v) { map.insert(map.cend(), k, std::move(v)); });
+        return map;
+    }
+
+    // Calls sink with each key and value of a dictionary (at depth) in the order of the file.
+    template <typename Sink> void entries(const pugi::xml_node& node, int depth, Sink&& sink) {
+        refuseText(node);
         pugi::xml_node child = node.first_child();
         while (child) {
             if (!isElement(child)) {
@@ -304,12 +351,9 @@ private:
                 valueNode = valueNode.next_sibling();
             if (!valueNode || std::strcmp(valueNode.name(), "key") == 0)
                 fail(child, QStringLiteral("the key %1 has no value").arg(k));
-            // Writers sort their keys, so the end is the right place nearly always; a later
-            // duplicate replaces the earlier value.
-            map.insert(map.cend(), k, value(valueNode, depth + 1));
+            sink(k, value(valueNode, depth + 1));
             child = valueNode.next_sibling();
         }
-        return map;
     }
 
     // A container's own text, which comes before its first element, must be blank.
@@ -332,7 +376,9 @@ private:
     const PropertyList::Limits& m_limits;
     qint64 m_objects = 0;
     std::string m_scratch;
-    std::unordered_map<std::string, QString, KeyHash, std::equal_to<>> m_keys;
+    // The entries of the root array's current dictionary.
+    std::vector<std::pair<QString, QVariant>> m_held;
+    SharedTexts m_texts;
 };
 
 } // namespace
@@ -363,10 +409,16 @@ void loadDocument(pugi::xml_document& doc, QByteArray& data, const PropertyList:
 namespace plist {
 
 void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
-                            const ElementVisitor& visit) {
+                            PropertyListElementVisitor& visitor) {
     pugi::xml_document doc;
     loadDocument(doc, data, limits);
-    XmlReader(limits).forEachTopElement(doc, visit);
+    XmlReader(limits).forEachTopElement(doc, visitor);
+}
+
+void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
+                            const ElementVisitor& visit) {
+    TreeVisitor visitor(visit);
+    forEachXmlArrayElement(std::move(data), limits, visitor);
 }
 
 } // namespace plist

@@ -1,3 +1,4 @@
+#include "PlistTestSupport.h"
 #include "TestSupport.h"
 #include "platform/PropertyList.h"
 
@@ -82,6 +83,52 @@ TEST(PropertyListFile, StreamingAgreesWithTheWholeReadOnOddInputs) {
     ASSERT_EQ(wholeSet.typeId(), QMetaType::QVariantList);
     EXPECT_EQ(QVariant(visitAll(set, &ok)), wholeSet);
     EXPECT_TRUE(ok);
+}
+
+// Writes down what a typed reader is handed: dictionaries as their entries, the rest as trees.
+class Recorder final : public PropertyListElementVisitor {
+public:
+    void dictionary(std::span<const PropertyListEntry> entries) override {
+        QStringList pairs;
+        for (const PropertyListEntry& e : entries)
+            pairs.append(*e.key + u'=' + e.value->toString());
+        seen.append(QStringLiteral("entries ") + pairs.join(u','));
+    }
+    void value(const QVariant& element) override {
+        seen.append(QStringLiteral("value ") + QString::fromLatin1(element.typeName()));
+    }
+    QStringList seen;
+};
+
+TEST(PropertyListFile, DictionariesComeAsTheirEntriesInFileOrder) {
+    QTemporaryDir dir;
+    const QString xml = dir.filePath(QStringLiteral("a.plist"));
+    velmora::test::writeFile(xml,
+                             "<plist><array><dict><key>b</key><integer>1</integer>"
+                             "<key>a</key><string>x</string><key>b</key><true/></dict>"
+                             "<string>s</string><dict/><array><dict/></array></array></plist>");
+    Recorder recorder;
+    EXPECT_TRUE(PropertyList::forEachArrayElementInFile(xml, recorder));
+    EXPECT_EQ(recorder.seen, (QStringList{"entries b=1,a=x,b=true", "value QString", "entries ",
+                                          "value QVariantList"}));
+
+    // A dictionary that two elements refer to is kept whole for both; a UID is a value too.
+    using namespace velmora::test::bplist;
+    const QString binary = dir.filePath(QStringLiteral("b.plist"));
+    velmora::test::writeFile(binary, file({array({1, 2, 1, 3}), dict({4}, {5}), dict({4}, {5}),
+                                           bytes({0x81, 0x01, 0x02}), ascii("k"), integer(7)}));
+    Recorder binaryRecorder;
+    EXPECT_TRUE(PropertyList::forEachArrayElementInFile(binary, binaryRecorder));
+    EXPECT_EQ(binaryRecorder.seen, (QStringList{"value QVariantMap", "entries k=7",
+                                                "value QVariantMap", "value QVariantMap"}));
+
+    // A fault after some elements: those were handed over, and the file reads as no array.
+    const QString broken = dir.filePath(QStringLiteral("broken.plist"));
+    velmora::test::writeFile(broken,
+                             "<plist><array><dict/><dict><key>k</key></dict></array></plist>");
+    Recorder brokenRecorder;
+    EXPECT_FALSE(PropertyList::forEachArrayElementInFile(broken, brokenRecorder));
+    EXPECT_EQ(brokenRecorder.seen, QStringList{"entries "});
 }
 
 } // namespace
