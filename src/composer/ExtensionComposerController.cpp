@@ -105,24 +105,15 @@ QString nonNull(const QString& text) {
 ExtensionComposerController::ExtensionComposerController(const QRect& frame,
                                                          std::shared_ptr<ExtensionContext> context,
                                                          QObject* parent)
-    : QObject(parent)
+    : ViewController(parent)
     , m_frame(frame)
     , m_context(std::move(context))
     , m_commandLauncher(&ExtensionUtilities::LaunchCommands) {}
 
 ExtensionComposerController::~ExtensionComposerController() {
-    if (m_view)
-        m_view->removeEventFilter(this);
-    if (m_view && !m_view->parent())
-        delete m_view.data();
-}
-
-FlippedView* ExtensionComposerController::view() {
-    if (!m_view) {
-        loadView();
-        viewDidLoad();
-    }
-    return m_view;
+    if (FlippedView* root = loadedView())
+        root->removeEventFilter(this);
+    releaseView();
 }
 
 FlippedView* ExtensionComposerController::horizontalSeparator(int number) const {
@@ -131,7 +122,7 @@ FlippedView* ExtensionComposerController::horizontalSeparator(int number) const 
 
 void ExtensionComposerController::loadView() {
     auto* root = new FlippedView(m_frame);
-    m_view = root;
+    setView(root);
     // Installed before any subview follows the root's size, so that the column is laid out
     // after them and has the last word.
     root->installEventFilter(this);
@@ -235,12 +226,13 @@ void ExtensionComposerController::loadView() {
 }
 
 void ExtensionComposerController::layoutSubviews() {
-    if (!m_view)
+    const FlippedView* root = loadedView();
+    if (!root)
         return;
-    const int width = m_view->width();
+    const int width = root->width();
     const int fieldWidth = std::max(1, width - 2 * kSideMargin);
 
-    m_fxLight->setGeometry(m_view->rect());
+    m_fxLight->setGeometry(root->rect());
 
     const int sendX = width - kSideMargin - kButtonWidth;
     const int cancelX = sendX - kButtonGap - kButtonWidth;
@@ -420,7 +412,7 @@ int ExtensionComposerController::showAlertSubject() {
     alert.addButton(LocalizedString("Cancel"), QMessageBox::RejectRole);
     alert.setDefaultButton(sendAnyway);
     alert.setInformativeText(LocalizedString("Your message has an empty subject."));
-    return runModalSheetForWindow(alert, m_view ? m_view->window() : nullptr);
+    return runModalSheetForWindow(alert, loadedView() ? loadedView()->window() : nullptr);
 }
 
 void ExtensionComposerController::cancel(QObject* sender) {

@@ -5,6 +5,7 @@
 #include "recipients/ExtensionSuggestionController.h"
 #include "recipients/SuggestionHost.h"
 #include "request/UrlText.h"
+#include "views/ViewController.h"
 
 #include <QList>
 #include <QObject>
@@ -35,7 +36,7 @@ class FlippedView;
 // It is the parent object of its suggestion controller, which is how the recipient field finds
 // it to report recipient changes (manageAddresses), and the body's delegate, which lets its
 // keyboard shortcuts send.
-class ExtensionComposerController : public QObject,
+class ExtensionComposerController : public ViewController,
                                     public SuggestionHost,
                                     public ExtensionContentTextViewDelegate {
     Q_OBJECT
@@ -46,10 +47,6 @@ public:
                                 QObject* parent = nullptr);
     // Deletes the view unless a parent widget has taken it over.
     ~ExtensionComposerController() override;
-
-    // The root view, built (and the accounts loaded) on first use.
-    FlippedView* view();
-    bool isViewLoaded() const { return !m_view.isNull(); }
 
     // Takes the shared message's subject, bodies and attachments into the composer. Any thread:
     // the work is queued to the main thread and this returns at once.
@@ -120,8 +117,10 @@ Q_SIGNALS:
     void messageTakenIn();
 
 protected:
-    virtual void loadView();
-    virtual void viewDidLoad();
+    // Builds the root view, the first time view() is asked for; then viewDidLoad() loads the
+    // accounts into the From menu.
+    void loadView() override;
+    void viewDidLoad() override;
 
 private:
     void takeInMessage(const std::shared_ptr<ExtensionMessage>& shared);
@@ -130,7 +129,6 @@ private:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     QRect m_frame;
-    QPointer<FlippedView> m_view;
     // The root as the event filter knows it: compared by address only, since a view being
     // destroyed still sends events here after it has stopped being a FlippedView.
     const QObject* m_filteredRoot = nullptr;

@@ -12,26 +12,13 @@
 namespace velmora {
 
 ExtensionSuggestionController::ExtensionSuggestionController(const QRect& frame, QObject* parent)
-    : QObject(parent)
+    : ViewController(parent)
     , m_frame(frame)
     , m_model(new SuggestionListModel(this)) {}
 
 ExtensionSuggestionController::~ExtensionSuggestionController() {
     cancelSuggestions();
-    if (m_view && !m_view->parentWidget())
-        delete m_view.data();
-}
-
-FlippedView* ExtensionSuggestionController::view() {
-    if (!m_view) {
-        loadView();
-        viewDidLoad();
-    }
-    return m_view;
-}
-
-bool ExtensionSuggestionController::isViewLoaded() const {
-    return !m_view.isNull();
+    releaseView();
 }
 
 ExtensionSuggestionTableView* ExtensionSuggestionController::table() const {
@@ -47,14 +34,15 @@ void ExtensionSuggestionController::loadView() {
     AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
     m_matcher = SuggestionMatcher(std::move(book.addresses), std::move(book.groups));
 
-    m_view = new FlippedView(m_frame);
+    auto* root = new FlippedView(m_frame);
+    setView(root);
     // The list fills the panel and follows its size.
-    auto* layout = new QVBoxLayout(m_view);
+    auto* layout = new QVBoxLayout(root);
     layout->setContentsMargins(0, 0, 0, 0);
-    auto* table = new ExtensionSuggestionTableView(QRect(QPoint(0, 0), m_frame.size()), m_view);
+    auto* table = new ExtensionSuggestionTableView(QRect(QPoint(0, 0), m_frame.size()), root);
     layout->addWidget(table);
     AssignTable(table);
-    m_view->hide();
+    root->hide();
 }
 
 void ExtensionSuggestionController::AssignTable(ExtensionSuggestionTableView* table) {
@@ -108,8 +96,8 @@ void ExtensionSuggestionController::reloadTable() {
 }
 
 void ExtensionSuggestionController::cancelSuggestions() {
-    if (m_view)
-        m_view->hide();
+    if (FlippedView* root = loadedView())
+        root->hide();
     m_visible = false;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "recipients/SuggestionMatcher.h"
+#include "views/ViewController.h"
 
-#include <QObject>
 #include <QPointer>
 #include <QRect>
 #include <QVariantList>
@@ -20,7 +20,7 @@ class SuggestionListModel;
 // matches in a list just below the field being typed in. Its view is a plain child panel of the
 // composer's view (not a window of its own), added last so that it lies above the rest. Its
 // parent object is the composer (see SuggestionHost).
-class ExtensionSuggestionController : public QObject {
+class ExtensionSuggestionController : public ViewController {
     Q_OBJECT
 public:
     // The list's distance below the field, and its height.
@@ -31,9 +31,6 @@ public:
     // Hides the popup first; deletes the view unless a parent widget has taken it over.
     ~ExtensionSuggestionController() override;
 
-    // The root panel, built (and the contacts loaded) on first use.
-    FlippedView* view();
-    bool isViewLoaded() const;
     ExtensionSuggestionTableView* table() const;
 
     bool visible() const { return m_visible; }
@@ -71,14 +68,13 @@ public:
     void insertObjectFoRow(qsizetype row);
 
 protected:
-    virtual void loadView();
-    virtual void viewDidLoad() {}
+    // Builds the root panel and loads the contacts, the first time view() is asked for.
+    void loadView() override;
 
 private:
     void reloadTable();
 
     QRect m_frame;
-    QPointer<FlippedView> m_view;
     QPointer<ExtensionSuggestionTableView> m_table;
     SuggestionListModel* m_model = nullptr; // owned by this controller
     bool m_visible = false;

@@ -16,24 +16,13 @@ const QRect kFrame(0, 0, 600, 400);
 } // namespace
 
 ShareViewController::ShareViewController(std::shared_ptr<ExtensionContext> context, QObject* parent)
-    : QObject(parent)
+    : ViewController(parent)
     , m_context(std::move(context)) {}
-
-ShareViewController::~ShareViewController() {
-    if (m_view && !m_view->parent())
-        delete m_view.data();
-}
-
-FlippedView* ShareViewController::view() {
-    if (!m_view)
-        loadView();
-    return m_view;
-}
 
 void ShareViewController::loadView() {
     // A FlippedView follows its parent's size, so the root grows with the window around it.
     auto* root = new FlippedView(kFrame);
-    m_view = root;
+    setView(root);
 
     const QString service(ConstVars::shareService);
     // Files of an earlier share must never travel with this one.

@@ -7,20 +7,7 @@
 namespace velmora {
 
 AlertViewcontroller::AlertViewcontroller(QObject* parent)
-    : QObject(parent) {}
-
-AlertViewcontroller::~AlertViewcontroller() {
-    if (m_view && !m_view->parent())
-        delete m_view.data();
-}
-
-FlippedView* AlertViewcontroller::view() {
-    if (!m_view) {
-        loadView();
-        viewDidLoad();
-    }
-    return m_view;
-}
+    : ViewController(parent) {}
 
 void AlertViewcontroller::loadView() {
     setView(new FlippedView(QRect(0, 0, 400, 200), [](FlippedView* view, const QRect& dirty) {
