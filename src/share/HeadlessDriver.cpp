@@ -66,10 +66,9 @@ void HeadlessDriver::addRecipient(ExtensionComposerController& composer, const Q
     const std::shared_ptr<ExtensionAddress> contact =
         suggestions ? suggestions->addressForMail(text) : nullptr;
     if (contact) {
-        // The list shows what the typed text finds; the contact is among the rows, as its mail
-        // contains the text.
-        const Suggestions found = suggestions->objectsForString(text);
-        suggestions->showForTextField(field, found);
+        // Typing has opened the list with what the text finds; the contact is among its rows,
+        // as its mail contains the text.
+        const Suggestions& found = suggestions->GetArray();
         for (qsizetype row = 0; row < found.size(); ++row) {
             const Recipient candidate = found.at(row);
             const auto* address = std::get_if<std::shared_ptr<ExtensionAddress>>(&candidate);
