@@ -2,7 +2,12 @@
 PRESET ?= default
 BUILD_DIR = build/$(PRESET)
 
-.PHONY: all bootstrap configure build test run asan tsan fuzz bench format clean
+# ccache (when the build finds it) names files relative to this checkout, so objects compiled in
+# one checkout or preset folder serve every other one with the same flags.
+export CCACHE_BASEDIR := $(CURDIR)
+export CCACHE_NOHASHDIR := 1
+
+.PHONY: all bootstrap configure build program test run asan tsan fuzz bench format clean
 
 all: build
 
@@ -12,8 +17,13 @@ bootstrap:
 configure: bootstrap
 	cmake --preset $(PRESET)
 
+# Everything: the program, the tests and (default preset) the benchmarks.
 build: configure
 	cmake --build --preset $(PRESET)
+
+# Only the program, so that the composer appears as soon as it is linked.
+program: configure
+	cmake --build --preset $(PRESET) --target velmora-share
 
 test: build
 	ctest --preset $(PRESET)
@@ -24,7 +34,7 @@ asan:
 tsan:
 	$(MAKE) test PRESET=tsan
 
-run: build
+run: program
 	scripts/run-demo $(BUILD_DIR)
 
 bench: build
