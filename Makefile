@@ -7,7 +7,7 @@ BUILD_DIR = build/$(PRESET)
 export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := 1
 
-.PHONY: all bootstrap configure build program test run asan tsan fuzz bench format clean
+.PHONY: all bootstrap configure build program test run asan tsan fuzz bench deb format clean
 
 all: build
 
@@ -43,6 +43,10 @@ bench: build
 fuzz: bootstrap
 	cmake --preset fuzz && cmake --build --preset fuzz
 	scripts/run-fuzzers build/fuzz $(or $(FUZZ_SECONDS),60)
+
+# The Debian package, checked by lintian; the .deb files land in build/deb/.
+deb: bootstrap
+	scripts/build-deb
 
 format:
 	clang-format -i $$(git ls-files '*.cpp' '*.h')
