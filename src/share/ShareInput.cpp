@@ -6,7 +6,10 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <QMimeDatabase>
 #include <QTextDocument>
+
+#include <algorithm>
 
 namespace velmora {
 
@@ -14,15 +17,44 @@ RichText ShareInput::richText(const QString& text) {
     return Qt::mightBeRichText(text) ? RichText::fromHtml(text) : RichText::fromPlainText(text);
 }
 
-bool ShareInput::decodesAsImage(const QByteArray& bytes) {
+bool ShareInput::decodesAsImage(const QByteArray& bytes, QString* error) {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    // Only the header when it already says "no image": most text is turned down there.
-    if (!reader.canRead())
+    // Only the header when it already says "no image": most text is turned down there. The
+    // reader's allocation limit turns down a small file that declares a huge image.
+    const bool decodes = reader.canRead() && !reader.read().isNull();
+    if (!decodes && error)
+        *error = reader.errorString();
+    return decodes;
+}
+
+namespace {
+
+// Valid UTF-8 without control characters other than white space: text, whatever its first
+// bytes happen to spell ("GIF89a was ...", "P1 is ...").
+bool looksLikeText(const QByteArray& bytes) {
+    if (!bytes.isValidUtf8())
         return false;
-    return !reader.read().isNull();
+    return std::none_of(bytes.cbegin(), bytes.cend(), [](char c) {
+        const auto byte = uchar(c);
+        return (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r' && byte != '\f') ||
+               byte == 0x7f;
+    });
+}
+
+} // namespace
+
+std::optional<QString> ShareInput::undecodableImage(const QByteArray& bytes) {
+    const QMimeType type = QMimeDatabase().mimeTypeForData(bytes);
+    if (!type.name().startsWith(QLatin1String("image/")) ||
+        type.inherits(QStringLiteral("text/plain")) || looksLikeText(bytes))
+        return std::nullopt;
+    QString error;
+    if (decodesAsImage(bytes, &error))
+        return std::nullopt;
+    return QStringLiteral("%1 data that cannot be decoded (%2)").arg(type.name(), error);
 }
 
 ExtensionContext::Items ShareInput::inputItems(const ShareOptions& options,
