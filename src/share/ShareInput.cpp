@@ -6,7 +6,6 @@
 
 #include <QBuffer>
 #include <QImageReader>
-#include <QMimeDatabase>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -47,14 +46,18 @@ bool looksLikeText(const QByteArray& bytes) {
 } // namespace
 
 std::optional<QString> ShareInput::undecodableImage(const QByteArray& bytes) {
-    const QMimeType type = QMimeDatabase().mimeTypeForData(bytes);
-    if (!type.name().startsWith(QLatin1String("image/")) ||
-        type.inherits(QStringLiteral("text/plain")) || looksLikeText(bytes))
+    if (looksLikeText(bytes))
         return std::nullopt;
+    // The format whose signature the first bytes carry, as the image plugins recognise it.
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    const QByteArray format = QImageReader::imageFormat(&buffer);
     QString error;
-    if (decodesAsImage(bytes, &error))
+    if (format.isEmpty() || decodesAsImage(bytes, &error))
         return std::nullopt;
-    return QStringLiteral("%1 data that cannot be decoded (%2)").arg(type.name(), error);
+    return QStringLiteral("%1 image data that cannot be decoded (%2)")
+        .arg(QString::fromLatin1(format), error);
 }
 
 ExtensionContext::Items ShareInput::inputItems(const ShareOptions& options,

@@ -25,9 +25,9 @@ public:
     static RichText richText(const QString& text);
     // Whether bytes hold an image Qt can decode; when not, error says why.
     static bool decodesAsImage(const QByteArray& bytes, QString* error = nullptr);
-    // Why bytes that look like an image (their first bytes are an image format's signature, and
-    // they are not text) cannot be shared: they do not decode, or are too large to. Nothing for
-    // an image that decodes and for anything that does not look like one.
+    // Why bytes that look like an image (their first bytes are an image format's signature, as
+    // Qt's image plugins check it, and they are not text) cannot be shared: they do not decode,
+    // or are too large to. Nothing for an image that decodes and for anything else.
     static std::optional<QString> undecodableImage(const QByteArray& bytes);
 };
 
