@@ -3,6 +3,7 @@
 #include "platform/FileNames.h"
 
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -29,15 +30,20 @@ QString localFileOf(const QUrl& url) {
         QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
 }
 
-// Paths are checked through FileNames, not QFileInfo::exists: a name that is not UTF-8 can only
-// be found by its own bytes. QFileInfo is used for its string work only, which keeps them.
+// The absolute form of a path, made by string work alone: QFileInfo::absoluteFilePath goes
+// through the path's native bytes and back, which loses a name that is not UTF-8 (FileNames).
+QString absolute(const QString& path) {
+    return QDir::cleanPath(QDir::current().absoluteFilePath(path));
+}
+
+// Paths are checked through FileNames, not QFileInfo: a name that is not UTF-8 can only be found
+// by its own bytes.
 std::optional<SharedItem> classify(const QString& item, QString* error) {
     if (item == u"-")
         return SharedItem{SharedItem::Kind::StandardInput, QUrl(), item};
     // An existing path wins, even when its name looks like a URL ("notes:draft").
     if (FileNames::exists(item))
-        return SharedItem{SharedItem::Kind::File,
-                          QUrl::fromLocalFile(QFileInfo(item).absoluteFilePath()), item};
+        return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(absolute(item)), item};
     const QString shown = FileNames::displayable(item);
     if (looksLikeUrl(item)) {
         const QUrl url(item, QUrl::StrictMode);
@@ -51,8 +57,7 @@ std::optional<SharedItem> classify(const QString& item, QString* error) {
                 *error = QStringLiteral("no such file or folder: %1").arg(shown);
                 return std::nullopt;
             }
-            return SharedItem{SharedItem::Kind::File,
-                              QUrl::fromLocalFile(QFileInfo(local).absoluteFilePath()), item};
+            return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(absolute(local)), item};
         }
         return SharedItem{SharedItem::Kind::Link, url, item};
     }
@@ -173,7 +178,7 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
         if (!FileNames::isRegularFile(file))
             return usage(
                 QStringLiteral("no such image file: %1").arg(FileNames::displayable(file)));
-        options.images.append(QFileInfo(file).absoluteFilePath());
+        options.images.append(absolute(file));
     }
 
     // Arguments come decoded as file names (FileNames); in a text, a byte that is not UTF-8

@@ -44,6 +44,7 @@ protected:
                    const QByteArray& rawArgument = {}) {
         const velmora::test::ScopedEnv raw("VELMORA_TEST_RAW_ARGUMENT", rawArgument);
         QProcess p;
+        p.setWorkingDirectory(files.path());
         p.start(QStringLiteral("/bin/sh"),
                 QStringList{QStringLiteral("-c"),
                             QStringLiteral("if [ -n \"$VELMORA_TEST_RAW_ARGUMENT\" ]; then exec "
@@ -232,7 +233,7 @@ TEST_F(TrustInput, BadInputEndsCleanly) {
          {},
          {QStringLiteral("file://") + QString::fromLatin1(rawName.toPercentEncoding("/"))},
          {},
-         rawName,
+         QByteArray("caf\xe9 \xff.txt"), // relative to the working directory
          0,
          {},
          {QStringLiteral("caf\ufffd \ufffd.txt"), QStringLiteral("caf\ufffd \ufffd_1.txt")},
@@ -316,6 +317,9 @@ TEST(FileNames, AnyBytesRoundTrip) {
         ASSERT_TRUE(velmora::FileNames::displayable(name).toUtf8().isValidUtf8());
     }
     EXPECT_EQ(velmora::FileNames::decode("caf\xc3\xa9"), QStringLiteral("caf\u00e9"));
+    // The UTF-8 form of an escape is not UTF-8 (a surrogate): its three bytes stay three bytes.
+    EXPECT_EQ(velmora::FileNames::encode(velmora::FileNames::decode("\xed\xb3\xbf")),
+              QByteArray("\xed\xb3\xbf"));
 }
 
 } // namespace
