@@ -1,5 +1,7 @@
 #include "bridge/FileStaging.h"
 
+#include "platform/FileNames.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -46,8 +48,9 @@ QString quoted(const QString& path) {
     return u'"' + path + u'"';
 }
 
+// A shared file's name may be any bytes; FileNames gives them back exactly.
 QByteArray encoded(const QString& path) {
-    return QFile::encodeName(path);
+    return FileNames::encode(path);
 }
 
 // Removes a temporary entry unless it was renamed into place.

@@ -9,6 +9,7 @@
 #include "message/ExtensionMessage.h"
 #include "platform/ExtensionContext.h"
 #include "platform/ExtensionItem.h"
+#include "platform/InertTextDocument.h"
 #include "platform/LocalizedString.h"
 #include "platform/MainQueue.h"
 #include "recipients/ExtensionSuggestionController.h"
@@ -26,7 +27,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
@@ -70,30 +70,6 @@ void clearBackground(QWidget* widget) {
     palette.setColor(QPalette::Window, Qt::transparent);
     widget->setPalette(palette);
     widget->setAutoFillBackground(false);
-}
-
-// Reads HTML without ever fetching what it refers to: images and style sheets stay unloaded.
-class DetachedDocument : public QTextDocument {
-public:
-    using QTextDocument::QTextDocument;
-
-protected:
-    QVariant loadResource(int, const QUrl&) override { return {}; }
-};
-
-// An empty stand-in for every image the fragment refers to, so that the document showing it
-// never reads one from disk either.
-void registerEmptyImages(const QTextDocument& source, QTextDocument* target) {
-    for (QTextBlock block = source.begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextCharFormat format = it.fragment().charFormat();
-            if (format.isImageFormat()) {
-                // Asking the target first would already load the image.
-                target->addResource(QTextDocument::ImageResource,
-                                    QUrl(format.toImageFormat().name()), QImage());
-            }
-        }
-    }
 }
 
 QString nonNull(const QString& text) {
@@ -354,11 +330,12 @@ void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionM
 }
 
 void ExtensionComposerController::appendHtmlBody(const QString& html) {
-    DetachedDocument parsed;
+    // Neither parsing it here nor showing it in the body (an inert document too) reads anything
+    // the HTML names.
+    InertTextDocument parsed;
     parsed.setDefaultFont(m_contentTextView->document()->defaultFont());
     parsed.setHtml(QString::fromUtf8(html.toUtf8()));
     QTextDocument* body = m_contentTextView->document();
-    registerEmptyImages(parsed, body);
 
     QTextCursor cursor(body);
     cursor.movePosition(QTextCursor::End);

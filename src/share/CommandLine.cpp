@@ -1,6 +1,9 @@
 #include "share/CommandLine.h"
 
+#include "platform/FileNames.h"
+
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -18,32 +21,47 @@ bool looksLikeUrl(const QString& item) {
     return scheme.match(item).hasMatch();
 }
 
+// The path a file: URL names. Its percent-encoded bytes need not be UTF-8: they are decoded as a
+// file name, losslessly.
+QString localFileOf(const QUrl& url) {
+    if (!url.host().isEmpty())
+        return url.toLocalFile();
+    return FileNames::decode(
+        QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+}
+
+// The absolute form of a path, made by string work alone: QFileInfo::absoluteFilePath goes
+// through the path's native bytes and back, which loses a name that is not UTF-8 (FileNames).
+QString absolute(const QString& path) {
+    return QDir::cleanPath(QDir::current().absoluteFilePath(path));
+}
+
+// Paths are checked through FileNames, not QFileInfo: a name that is not UTF-8 can only be found
+// by its own bytes.
 std::optional<SharedItem> classify(const QString& item, QString* error) {
     if (item == u"-")
         return SharedItem{SharedItem::Kind::StandardInput, QUrl(), item};
     // An existing path wins, even when its name looks like a URL ("notes:draft").
-    const QFileInfo info(item);
-    if (info.exists())
-        return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(info.absoluteFilePath()),
-                          item};
+    if (FileNames::exists(item))
+        return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(absolute(item)), item};
+    const QString shown = FileNames::displayable(item);
     if (looksLikeUrl(item)) {
         const QUrl url(item, QUrl::StrictMode);
         if (!url.isValid() || url.scheme().isEmpty()) {
-            *error = QStringLiteral("not a well-formed URL: %1").arg(item);
+            *error = QStringLiteral("not a well-formed URL: %1").arg(shown);
             return std::nullopt;
         }
         if (url.isLocalFile()) {
-            const QFileInfo local(url.toLocalFile());
-            if (!local.exists()) {
-                *error = QStringLiteral("no such file or folder: %1").arg(item);
+            const QString local = localFileOf(url);
+            if (!FileNames::exists(local)) {
+                *error = QStringLiteral("no such file or folder: %1").arg(shown);
                 return std::nullopt;
             }
-            return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(local.absoluteFilePath()),
-                              item};
+            return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(absolute(local)), item};
         }
         return SharedItem{SharedItem::Kind::Link, url, item};
     }
-    *error = QStringLiteral("no such file or folder: %1").arg(item);
+    *error = QStringLiteral("no such file or folder: %1").arg(shown);
     return std::nullopt;
 }
 
@@ -157,27 +175,33 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
         options.items.append(*item);
     }
     for (const QString& file : parser.values(image)) {
-        const QFileInfo info(file);
-        if (!info.isFile())
-            return usage(QStringLiteral("no such image file: %1").arg(file));
-        options.images.append(info.absoluteFilePath());
+        if (!FileNames::isRegularFile(file))
+            return usage(
+                QStringLiteral("no such image file: %1").arg(FileNames::displayable(file)));
+        options.images.append(absolute(file));
     }
 
+    // Arguments come decoded as file names (FileNames); in a text, a byte that is not UTF-8
+    // stands for nothing and shows as U+FFFD.
+    const auto textOf = [&](const QCommandLineOption& option) {
+        return FileNames::displayable(parser.value(option));
+    };
     if (parser.isSet(title))
-        options.title = parser.value(title);
+        options.title = textOf(title);
     if (parser.isSet(text))
-        options.text = parser.value(text);
+        options.text = textOf(text);
     if (parser.isSet(container))
         options.container = parser.value(container);
     if (parser.isSet(bundleId))
-        options.bundleId = parser.value(bundleId);
+        options.bundleId = textOf(bundleId);
     if (parser.isSet(from))
-        options.from = parser.value(from);
-    options.to = parser.values(to);
+        options.from = textOf(from);
+    for (const QString& recipient : parser.values(to))
+        options.to.append(FileNames::displayable(recipient));
     if (parser.isSet(subject))
-        options.subject = parser.value(subject);
+        options.subject = textOf(subject);
     if (parser.isSet(body))
-        options.body = parser.value(body);
+        options.body = textOf(body);
     options.cancel = parser.isSet(cancel);
     options.printUrl = parser.isSet(printUrl);
     if (parser.isSet(screenshot))

@@ -1,4 +1,6 @@
 #include "bridge/ExtensionUtilities.h"
+#include "platform/FileNames.h"
+#include "platform/RegularFile.h"
 #include "share/CommandLine.h"
 #include "share/ShareInput.h"
 #include "share/ShareSession.h"
@@ -13,6 +15,8 @@
 namespace {
 
 constexpr int kUsageError = velmora::ShareSession::UsageError;
+// An --image file larger than this is refused unread.
+constexpr qint64 kMaxImageFileBytes = qint64(1) << 30;
 
 int usageError(QTextStream& err, const QString& message) {
     err << "velmora-share: " << message << "\nTry 'velmora-share --help'.\n";
@@ -31,9 +35,11 @@ int main(int argc, char** argv) {
     QTextStream out(stdout);
     QTextStream err(stderr);
 
+    // Arguments are bytes: decoded as file names, so that an item whose name is not UTF-8 still
+    // names its file.
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+        arguments.append(velmora::FileNames::decode(argv[i]));
     const velmora::CommandLineResult parsed = velmora::CommandLine::parse(arguments);
     if (!parsed.options)
         return usageError(err, parsed.error);
@@ -54,7 +60,7 @@ int main(int argc, char** argv) {
                                               "(neither DISPLAY nor WAYLAND_DISPLAY is set); "
                                               "use --headless"));
     if (!options.container.isNull())
-        qputenv("VELMORA_GROUP_CONTAINER", QFile::encodeName(options.container));
+        qputenv("VELMORA_GROUP_CONTAINER", velmora::FileNames::encode(options.container));
     if (!options.bundleId.isNull())
         qputenv("VELMORA_BUNDLE_ID", options.bundleId.toUtf8());
     if (velmora::ExtensionUtilities::GroupDataPath().isNull())
@@ -71,16 +77,19 @@ int main(int argc, char** argv) {
         if (!input.open(stdin, QIODevice::ReadOnly))
             return usageError(err, QStringLiteral("standard input cannot be read"));
         standardInput = input.readAll();
+        // Image data that does not decode is refused: read as text it would be binary junk.
+        if (const std::optional<QString> why = velmora::ShareInput::undecodableImage(standardInput))
+            return usageError(err, QStringLiteral("standard input cannot be shared: ") + *why);
     }
     QList<QByteArray> images;
     for (const QString& path : options.images) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return usageError(err,
-                              QStringLiteral("cannot read %1: %2").arg(path, file.errorString()));
-        images.append(file.readAll());
+        const QString shown = velmora::FileNames::displayable(path);
+        velmora::RegularFile::Result read = velmora::RegularFile::read(path, kMaxImageFileBytes);
+        if (const velmora::Error* error = std::get_if<velmora::Error>(&read))
+            return usageError(err, error->text());
+        images.append(std::get<QByteArray>(std::move(read)));
         if (!velmora::ShareInput::decodesAsImage(images.last()))
-            return usageError(err, QStringLiteral("not an image: %1").arg(path));
+            return usageError(err, QStringLiteral("not an image: %1").arg(shown));
     }
 
     // Qt's own options (-platform, -style ...) are not taken from the command line: every
