@@ -44,16 +44,25 @@ public:
                     const QTextFormat& format) override {
         const QImage decoded = imageFor(doc, format.toImageFormat());
         if (!decoded.isNull()) {
-            painter->drawImage(rect, decoded);
+            // Scaled here, to the pixel size it is drawn at, so that the painter only copies it:
+            // Qt spreads large scaled draws over its own thread pool.
+            const QRect target = rect.toAlignedRect();
+            painter->drawImage(
+                target.topLeft(),
+                decoded.scaled(target.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                    .convertToFormat(QImage::Format_ARGB32_Premultiplied));
             return;
         }
         // A thin mid-grey outline, which reads on light and dark backgrounds alike. No fill: a
         // large fill would only cost time.
-        painter->save();
-        painter->setPen(QPen(QColor(128, 128, 128), 0));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRect(rect.adjusted(0, 0, -1, -1));
-        painter->restore();
+        // Four one-pixel fills rather than a stroked rectangle: stroking goes through Qt's
+        // rasteriser, which may spread its work over Qt's thread pool.
+        const QRect edge = rect.toAlignedRect();
+        const QColor grey(128, 128, 128);
+        painter->fillRect(QRect(edge.left(), edge.top(), edge.width(), 1), grey);
+        painter->fillRect(QRect(edge.left(), edge.bottom(), edge.width(), 1), grey);
+        painter->fillRect(QRect(edge.left(), edge.top(), 1, edge.height()), grey);
+        painter->fillRect(QRect(edge.right(), edge.top(), 1, edge.height()), grey);
     }
 
 private:
