@@ -14,7 +14,7 @@
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <memory>
-#include <poll.h>
+#include <optional>
 #include <spawn.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
@@ -30,8 +30,9 @@ namespace {
 
 constexpr int kRunTimeoutMs = 120000;
 
-// A run of the real velmora-share. Started with posix_spawn rather than QProcess, as the test
-// support does (see docs/development.md), so that the suite runs under ThreadSanitizer too.
+// A run of the real velmora-share, its output going to files of its own. Started with
+// posix_spawn rather than QProcess, as the test support does (see docs/development.md), so that
+// the suite runs under ThreadSanitizer too.
 class ShareProcess {
 public:
     explicit ShareProcess(const QStringList& args) {
@@ -42,92 +43,56 @@ public:
         for (QByteArray& word : words)
             argv.push_back(word.data());
         argv.push_back(nullptr);
-        int out[2];
-        int err[2];
-        if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0)
-            return;
+        const QByteArray out = QFile::encodeName(m_output.filePath(QStringLiteral("out")));
+        const QByteArray err = QFile::encodeName(m_output.filePath(QStringLiteral("err")));
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, err[1], STDERR_FILENO);
         posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.constData(),
+                                         O_WRONLY | O_CREAT, 0600);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.constData(),
+                                         O_WRONLY | O_CREAT, 0600);
         if (posix_spawn(&m_pid, argv.front(), &actions, nullptr, argv.data(), environ) != 0)
             m_pid = -1;
         posix_spawn_file_actions_destroy(&actions);
-        ::close(out[1]);
-        ::close(err[1]);
-        m_fds[0] = out[0];
-        m_fds[1] = err[0];
     }
     ~ShareProcess() {
-        if (m_pid > 0 && !m_ended) {
+        if (running()) {
             ::kill(m_pid, SIGKILL);
-            finish(kRunTimeoutMs);
+            ::waitpid(m_pid, nullptr, 0);
         }
-        for (int fd : m_fds)
-            if (fd >= 0)
-                ::close(fd);
     }
     ShareProcess(const ShareProcess&) = delete;
     ShareProcess& operator=(const ShareProcess&) = delete;
 
     pid_t pid() const { return m_pid; }
     bool running() {
-        if (m_pid <= 0 || m_ended)
-            return false;
         int status = 0;
-        if (::waitpid(m_pid, &status, WNOHANG) != m_pid)
-            return true;
-        m_ended = true;
+        if (m_pid <= 0 || m_exitCode || ::waitpid(m_pid, &status, WNOHANG) != m_pid)
+            return m_pid > 0 && !m_exitCode;
         m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         return false;
     }
     void terminate() const { ::kill(m_pid, SIGTERM); }
-
-    // Reads its output to the end and reaps it; false when it did not end in time.
+    // Waits for the end; false when it did not end in time.
     bool finish(int timeoutMs) {
         const QDeadlineTimer deadline(timeoutMs);
-        QByteArray* sinks[2] = {&m_out, &m_err};
-        while (m_fds[0] >= 0 || m_fds[1] >= 0) {
-            pollfd fds[2] = {{m_fds[0], POLLIN, 0}, {m_fds[1], POLLIN, 0}};
-            const int ready = ::poll(fds, 2, int(deadline.remainingTime()));
-            if (ready == 0)
-                return false;
-            if (ready < 0 && errno == EINTR)
-                continue;
-            for (int i = 0; i < 2; ++i) {
-                if (m_fds[i] < 0 || !(fds[i].revents & (POLLIN | POLLHUP | POLLERR)))
-                    continue;
-                char buffer[8192];
-                const ssize_t n = ::read(m_fds[i], buffer, sizeof buffer);
-                if (n > 0) {
-                    sinks[i]->append(buffer, n);
-                } else if (n == 0 || errno != EINTR) {
-                    ::close(m_fds[i]);
-                    m_fds[i] = -1;
-                }
-            }
-        }
-        if (!m_ended) {
-            int status = 0;
-            while (::waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
-            }
-            m_ended = true;
-            m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        }
-        return true;
+        while (running() && !deadline.hasExpired())
+            ::usleep(5000); // polled against the deadline
+        return !running();
     }
-    int exitCode() const { return m_exitCode; }
-    QString out() const { return QString::fromUtf8(m_out); }
-    QString err() const { return QString::fromUtf8(m_err); }
+    int exitCode() const { return m_exitCode.value_or(-1); }
+    QString out() const {
+        return QString::fromUtf8(readFile(m_output.filePath(QStringLiteral("out"))));
+    }
+    QString err() const {
+        return QString::fromUtf8(readFile(m_output.filePath(QStringLiteral("err"))));
+    }
 
 private:
+    QTemporaryDir m_output;
     pid_t m_pid = -1;
-    int m_fds[2] = {-1, -1};
-    bool m_ended = false;
-    int m_exitCode = -1;
-    QByteArray m_out;
-    QByteArray m_err;
+    std::optional<int> m_exitCode;
 };
 
 // The attachment paths of the one URL printed by --print-url.
