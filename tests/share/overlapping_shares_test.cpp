@@ -29,6 +29,11 @@ using velmora::test::writeFile;
 namespace {
 
 constexpr int kRunTimeoutMs = 120000;
+#ifdef VELMORA_OVERLAP_ROUNDS
+constexpr int kRounds = VELMORA_OVERLAP_ROUNDS;
+#else
+constexpr int kRounds = 50;
+#endif
 
 // A run of the real velmora-share, its output going to files of its own. Started with
 // posix_spawn rather than QProcess, as the test support does (see docs/development.md), so that
@@ -172,7 +177,6 @@ class OverlappingRounds : public OverlappingShares, public ::testing::WithParamI
 // same.bin files its own share was given, and they keep their content while later rounds run.
 TEST_P(OverlappingRounds, SameNamedFilesNeverCross) {
     const int processes = GetParam();
-    constexpr int kRounds = 50;
     struct Sent {
         QStringList staged;
         QList<QByteArray> given;
