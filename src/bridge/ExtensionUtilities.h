@@ -41,12 +41,14 @@ public:
     // The data folder inside the container; null when there is no container.
     static QString GroupDataPath();
 
-    // Empties the staging folder of service (deletes it and creates it again).
+    // Starts a share in the staging folder of service: removes what no share needs any more
+    // (folders of shares that ended longer than the grace period ago and that nobody holds) and
+    // makes this share's own folder in it, which lives as long as the process (ShareFolder).
     static void ShareInit(const QString& service);
-    // Copies files and folders into the staging folder under collision-free names; returns the
-    // staged paths of those that were copied, in input order.
+    // Copies files and folders into this share's own folder of the staging folder under
+    // collision-free names; returns the staged paths of those that were copied, in input order.
     static QStringList ShareFiles(const QString& service, const QStringList& paths);
-    // Writes each buffer as "image.png" (or image_1.png ...) into the staging folder.
+    // Writes each buffer as "image.png" (or image_1.png ...) into this share's own folder.
     static QStringList ShareDatas(const QString& service, const QList<QByteArray>& datas);
 
     // Receives the message made from the shared items; the error is always null.

@@ -1,6 +1,8 @@
 #include "share/ShareSession.h"
 
+#include "bridge/ConstVars.h"
 #include "bridge/ExtensionUtilities.h"
+#include "bridge/ShareFolder.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionComposerController.h"
 #include "composer/ThumbnailLoader.h"
@@ -171,6 +173,8 @@ bool ShareSession::launch(const QList<UrlText>& urls, bool background) {
 }
 
 void ShareSession::requestEnded(const ExtensionContext::Outcome& outcome) {
+    // The main application has its message now: the staged files' grace period starts here.
+    ShareFolder::markUsed(QString(ConstVars::shareService));
     m_outcome = outcome;
     m_window->close();
     QApplication::quit();
