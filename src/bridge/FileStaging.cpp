@@ -76,6 +76,12 @@ private:
 
 constexpr off_t kChunk = off_t(1) << 20;
 
+// A pipe, socket or device: no content to attach, and reading one could wait for ever.
+Error notFileOrFolder(const QString& path) {
+    return {QString::fromLatin1(kPosixErrorDomain), EINVAL,
+            QStringLiteral("cannot copy %1: not a file or folder").arg(quoted(path))};
+}
+
 // One copy under way: what it reports and what it could not copy.
 struct Copy {
     const FileStaging::Progress& progress;
@@ -210,7 +216,7 @@ void copyEntry(int srcDirFd, int dstDirFd, const char* name, const QString& path
         return;
     }
     if (!S_ISREG(est.st_mode) && !S_ISDIR(est.st_mode))
-        return leaveOut(EINVAL, QStringLiteral("cannot copy %1: not a file or folder"));
+        return copy.leftOut.append({path, notFileOrFolder(path)});
     Fd child(::openat(srcDirFd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (child.get() < 0)
         return leaveOut(errno, QStringLiteral("cannot open %1"));
@@ -332,10 +338,7 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
     if (::fstat(in.get(), &st) < 0)
         return {{}, Error::posix(errno, QStringLiteral("cannot read %1").arg(what)), {}};
     if (!S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode))
-        return {
-            {},
-            Error::posix(EINVAL, QStringLiteral("cannot copy %1: not a file or folder").arg(what)),
-            {}};
+        return {{}, notFileOrFolder(source), {}};
     if (S_ISREG(st.st_mode)) {
         // Reads block from here on; the flag only mattered for the open.
         ::fcntl(in.get(), F_SETFL, ::fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
