@@ -26,10 +26,13 @@ template <typename T> using GObjectPtr = std::unique_ptr<T, GObjectRelease>;
 // not executable is the case that gets that far (GIO itself checks the program is there and
 // executable), so it is checked here before launching.
 bool scriptCannotStart(GAppInfo* app) {
-    const char* executable = g_app_info_get_executable(app);
-    if (!executable)
+    // The program as the Exec line names it, unquoted (g_app_info_get_executable keeps quotes).
+    const char* commandLine = g_app_info_get_commandline(app);
+    gchar** argv = nullptr;
+    if (!commandLine || !g_shell_parse_argv(commandLine, nullptr, &argv, nullptr))
         return false;
-    gchar* found = g_find_program_in_path(executable);
+    gchar* found = g_find_program_in_path(argv[0]);
+    g_strfreev(argv);
     if (!found)
         return true;
     QFile script(QFile::decodeName(found));
