@@ -142,6 +142,9 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
         sleep = [](std::chrono::duration<double> interval) {
             std::this_thread::sleep_for(interval);
         };
+    // Before the worker starts, so that a Send pressed at once already waits for the message.
+    if (context)
+        context->stagingStatus()->expectDelivery();
     DispatchQueue::global(DispatchQueue::Priority::Background)
         .async([context = context, service, completion = std::move(completion),
                 sleep = std::move(sleep)]() mutable {

@@ -312,6 +312,7 @@ void ExtensionComposerController::update(const std::shared_ptr<ExtensionMessage>
 void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionMessage>& shared) {
     view();
     if (!shared || !m_message) {
+        m_handOff->messageTakenIn();
         Q_EMIT messageTakenIn();
         return;
     }
@@ -353,6 +354,7 @@ void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionM
         m_contentTextView->setPlainText(plain);
     else if (html.length() > 0)
         appendHtmlBody(html);
+    m_handOff->messageTakenIn();
     Q_EMIT messageTakenIn();
 }
 

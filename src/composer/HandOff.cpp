@@ -61,7 +61,7 @@ bool HandOff::holdSend(std::function<void()> send) {
         stopWaiting();
         return true;
     }
-    if (!m_status || !m_status->hasPending())
+    if (!mustWait())
         return false;
     m_pendingSend = std::move(send);
     if (m_sendButton)
@@ -81,7 +81,7 @@ void HandOff::stagingChanged() {
     }
     if (!isWaiting())
         return;
-    if (m_status->hasPending()) {
+    if (mustWait()) {
         showWaiting();
         return;
     }
@@ -90,12 +90,23 @@ void HandOff::stagingChanged() {
     send();
 }
 
+void HandOff::messageTakenIn() {
+    m_messageTakenIn = true;
+    stagingChanged();
+}
+
+bool HandOff::mustWait() const {
+    return m_status &&
+           (m_status->hasPending() || (m_status->deliveryExpected() && !m_messageTakenIn));
+}
+
 void HandOff::showWaiting() {
     if (!m_sendButton)
         return;
     const auto count = m_status->pending().size();
-    m_sendButton->setText(count == 1 ? LocalizedString("Waiting for 1 file...")
-                                     : LocalizedString("Waiting for %1 files...").arg(count));
+    m_sendButton->setText(count == 0   ? LocalizedString("Waiting...")
+                          : count == 1 ? LocalizedString("Waiting for 1 file...")
+                                       : LocalizedString("Waiting for %1 files...").arg(count));
 }
 
 void HandOff::stopWaiting() {

@@ -40,6 +40,8 @@ public:
     // this press stops.
     bool holdSend(std::function<void()> send);
     bool isWaiting() const { return static_cast<bool>(m_pendingSend); }
+    // The shared message has been taken into the composer: files that landed before are in it.
+    void messageTakenIn();
 
     // After a failed launch: shows the alert on window, naming the desktop entry looked for,
     // until a launch works (true) or the user chooses Cancel (false). launchAgain launches once
@@ -55,6 +57,7 @@ Q_SIGNALS:
 
 private:
     void stagingChanged();
+    bool mustWait() const;
     void showWaiting();
     void stopWaiting();
 
@@ -62,6 +65,7 @@ private:
     const std::shared_ptr<StagingStatus> m_status;
     QString m_sendTitle;
     std::function<void()> m_pendingSend;
+    bool m_messageTakenIn = false;
     QPointer<ExtensionAttachmentController> m_controller;
     QPointer<ExtensionAttachmentCollectionView> m_strip;
     QPointer<StagingStatusView> m_statusView;

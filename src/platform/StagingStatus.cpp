@@ -4,6 +4,16 @@
 
 namespace velmora {
 
+void StagingStatus::expectDelivery() {
+    const std::lock_guard lock(m_mutex);
+    m_deliveryExpected = true;
+}
+
+bool StagingStatus::deliveryExpected() const {
+    const std::lock_guard lock(m_mutex);
+    return m_deliveryExpected;
+}
+
 quint64 StagingStatus::begin() {
     quint64 id = 0;
     {

@@ -30,6 +30,10 @@ public:
     StagingStatus(const StagingStatus&) = delete;
     StagingStatus& operator=(const StagingStatus&) = delete;
 
+    // The intake has started: a message will be delivered to the composer.
+    void expectDelivery();
+    bool deliveryExpected() const;
+
     // An item whose provider has been asked: pending until finish().
     quint64 begin();
     // The item's name and size once known, then its progress.
@@ -49,6 +53,7 @@ private:
 
     mutable std::mutex m_mutex;
     quint64 m_nextId = 1;
+    bool m_deliveryExpected = false;
     QList<Pending> m_pending;
     QList<LeftOut> m_leftOut;
     QList<Listener> m_listeners;
