@@ -162,6 +162,7 @@ std::optional<Error> copyFileData(int in, int out, off_t size, Copy& copy, const
     // truncation gives the copy the source's size even where the source ends in a hole.
     bool kernelCopy = true;
     off_t end = size;
+    off_t written = 0; // the end of the last extent written
     for (off_t position = 0; position < size;) {
         off_t data = ::lseek(in, position, SEEK_DATA);
         off_t hole = size;
@@ -182,13 +183,16 @@ std::optional<Error> copyFileData(int in, int out, off_t size, Copy& copy, const
         off_t reached = data;
         if (auto error = copyRange(in, out, data, hole, kernelCopy, reached, copy, path))
             return error;
+        written = reached;
         if (reached < hole) {
             end = reached;
             break;
         }
         position = hole;
     }
-    if (::ftruncate(out, end) < 0)
+    // Only a copy that ends in a hole needs its size set: truncating costs a journal
+    // transaction on some file systems, which thousands of small files would feel.
+    if (written < end && ::ftruncate(out, end) < 0)
         return Error::posix(errno, QStringLiteral("cannot write %1").arg(quoted(path)));
     return std::nullopt;
 }
