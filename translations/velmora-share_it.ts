@@ -4,6 +4,16 @@
 <context>
     <name>Velmora</name>
     <message>
+        <source>%1 copied</source>
+        <extracomment>Under an item still being copied into the share, when its size is not known: how much is copied so far (%1, such as 12 MB).</extracomment>
+        <translation>%1 copiati</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <extracomment>Under an item still being copied into the share: bytes copied of its size (12 MB of 340 MB).</extracomment>
+        <translation>%1 di %2</translation>
+    </message>
+    <message>
         <source>Cancel</source>
         <extracomment>A button: close the composer without sending, or go back from the empty-subject alert.</extracomment>
         <translation>Annulla</translation>
@@ -29,6 +39,11 @@
         <translation>Senza oggetto</translation>
     </message>
     <message>
+        <source>Not attached: %1</source>
+        <extracomment>Under a shared item that could not be attached; %1 is the reason.</extracomment>
+        <translation>Non allegato: %1</translation>
+    </message>
+    <message>
         <source>Send</source>
         <extracomment>A button: hand the message to Velmora to be sent.</extracomment>
         <translation>Invia</translation>
@@ -44,14 +59,49 @@
         <translation>Condividi con Velmora</translation>
     </message>
     <message>
+        <source>Shared item</source>
+        <extracomment>The name of a shared item still on its way whose name is not known yet.</extracomment>
+        <translation>Elemento condiviso</translation>
+    </message>
+    <message>
         <source>Subject</source>
         <extracomment>Placeholder of the subject field.</extracomment>
         <translation>Oggetto</translation>
     </message>
     <message>
+        <source>The desktop entry %1 is missing or its program cannot be started. Install or repair Velmora, then try again. Your message is kept.</source>
+        <extracomment>The details of the alert shown when Send could not open the mail application; %1 is its desktop entry file name.</extracomment>
+        <translation>La voce desktop %1 manca o il suo programma non si può avviare. Installa o ripara Velmora, poi riprova. Il messaggio è conservato.</translation>
+    </message>
+    <message>
         <source>To:</source>
         <extracomment>Placeholder of the recipients field.</extracomment>
         <translation>A:</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <extracomment>A button of the alert shown when Send could not open the mail application: open it again.</extracomment>
+        <translation>Riprova</translation>
+    </message>
+    <message>
+        <source>Velmora could not be opened to send your message.</source>
+        <extracomment>Title of the alert shown when Send could not open the mail application.</extracomment>
+        <translation>Impossibile aprire Velmora per inviare il messaggio.</translation>
+    </message>
+    <message>
+        <source>Waiting for %1 files...</source>
+        <extracomment>The Send button while it waits for %1 (two or more) shared files still being copied; pressing it again stops waiting.</extracomment>
+        <translation>In attesa di %1 file...</translation>
+    </message>
+    <message>
+        <source>Waiting for 1 file...</source>
+        <extracomment>The Send button while it waits for one shared file still being copied; pressing it again stops waiting.</extracomment>
+        <translation>In attesa di 1 file...</translation>
+    </message>
+    <message>
+        <source>Waiting...</source>
+        <extracomment>Under a shared item whose copy has not begun yet.</extracomment>
+        <translation>In attesa...</translation>
     </message>
     <message>
         <source>Your message has an empty subject.</source>

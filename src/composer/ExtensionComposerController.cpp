@@ -4,6 +4,7 @@
 #include "bridge/ExtensionUtilities.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentController.h"
+#include "composer/HandOff.h"
 #include "directory/ExtensionAccount.h"
 #include "directory/ExtensionAddress.h"
 #include "message/ExtensionMessage.h"
@@ -187,6 +188,8 @@ void ExtensionComposerController::loadView() {
     // The scroll area turns its document's background on; the strip stays transparent.
     m_collectionView->setAutoFillBackground(false);
     m_collectionScrollview->setWidgetResizable(false);
+    m_handOff = new HandOff(m_sendBtn, m_context ? m_context->stagingStatus() : nullptr, this);
+    m_handOff->showIn(m_attachmentController, m_collectionView);
 
     m_suggestionController = new ExtensionSuggestionController(m_frame, this);
     m_suggestionController->view()->setParent(root);
@@ -285,6 +288,7 @@ void ExtensionComposerController::update(const std::shared_ptr<ExtensionMessage>
 void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionMessage>& shared) {
     view();
     if (!shared || !m_message) {
+        m_handOff->messageTakenIn();
         Q_EMIT messageTakenIn();
         return;
     }
@@ -326,6 +330,7 @@ void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionM
         m_contentTextView->setPlainText(plain);
     else if (html.length() > 0)
         appendHtmlBody(html);
+    m_handOff->messageTakenIn();
     Q_EMIT messageTakenIn();
 }
 
@@ -346,6 +351,8 @@ void ExtensionComposerController::appendHtmlBody(const QString& html) {
 
 void ExtensionComposerController::send() {
     view();
+    if (m_handOff->holdSend([this] { send(); }))
+        return;
     const ExtensionContext::Items items{std::make_shared<ExtensionItem>()};
 
     const QVariant represented = m_popUpview ? m_popUpview->currentData() : QVariant();
@@ -373,9 +380,12 @@ void ExtensionComposerController::send() {
     Q_UNUSED(recipients); // the recipients travel in the message itself
 
     const UrlText url = m_message->queryUrl(ConstVars::commandSend);
-    // The request ends whether or not the main application could be launched.
-    if (m_commandLauncher)
-        m_commandLauncher({url}, true);
+    const auto launch = [&] { return !m_commandLauncher || m_commandLauncher({url}, true); };
+    if (!launch() && m_alertsOnFailedLaunch &&
+        !m_handOff->retryFailedLaunch(
+            loadedView() ? loadedView()->window() : nullptr,
+            ExtensionUtilities::TargetApplication() + QStringLiteral(".desktop"), launch))
+        return; // back to the composer, with everything as it was
 
     if (m_context)
         m_context->completeRequestReturningItems(items);

@@ -68,6 +68,8 @@ int ShareSession::exec() {
     ExtensionComposerController* composer = m_controller->composer();
     composer->setCommandLauncher(
         [this](const QList<UrlText>& urls, bool background) { return launch(urls, background); });
+    // Headless, nobody could answer the alert: a failed launch ends the run with its status.
+    composer->setAlertsOnFailedLaunch(!m_options.headless);
     connect(m_window.get(), &ShareWindow::closing, composer,
             &ExtensionComposerController::windowWillClose);
     connect(composer, &ExtensionComposerController::messageTakenIn, this,
@@ -86,6 +88,7 @@ int ShareSession::exec() {
 
     if (m_usageError)
         return UsageError;
+    const bool leftOut = reportLeftOut();
     if (!m_outcome || m_outcome->cancelled())
         return Cancelled;
     if (m_launchFailed) {
@@ -95,7 +98,16 @@ int ShareSession::exec() {
         m_err.flush();
         return LaunchFailed;
     }
-    return Sent;
+    return leftOut ? ItemsLeftOut : Sent;
+}
+
+bool ShareSession::reportLeftOut() {
+    // Also in window runs: whoever started the program may be watching its error stream.
+    const QList<StagingStatus::LeftOut> leftOut = m_context->stagingStatus()->leftOut();
+    for (const StagingStatus::LeftOut& item : leftOut)
+        m_err << "velmora-share: not attached: " << item.name << ": " << item.reason << '\n';
+    m_err.flush();
+    return !leftOut.isEmpty();
 }
 
 void ShareSession::messageTakenIn() {
