@@ -4,9 +4,19 @@
 <context>
     <name>Velmora</name>
     <message>
+        <source>Bcc:</source>
+        <extracomment>Heading of the blind-copy recipients that a shared mail link brought, shown under To.</extracomment>
+        <translation>Ccn:</translation>
+    </message>
+    <message>
         <source>Cancel</source>
         <extracomment>A button: close the composer without sending, or go back from the empty-subject alert.</extracomment>
         <translation>Annulla</translation>
+    </message>
+    <message>
+        <source>Cc:</source>
+        <extracomment>Heading of the copy recipients that a shared mail link brought, shown under To.</extracomment>
+        <translation>Cc:</translation>
     </message>
     <message>
         <source>Empty subject</source>
@@ -27,6 +37,16 @@
         <source>No subject</source>
         <extracomment>Subject of a message that has none.</extracomment>
         <translation>Senza oggetto</translation>
+    </message>
+    <message>
+        <source>Not attached: %1</source>
+        <extracomment>Notice under the recipients: files a mail link asked to attach that were left out for safety; %1 lists them.</extracomment>
+        <translation>Non allegati: %1</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <extracomment>Tooltip and accessible name of the button that removes the Cc or Bcc recipient %1.</extracomment>
+        <translation>Rimuovi %1</translation>
     </message>
     <message>
         <source>Send</source>
