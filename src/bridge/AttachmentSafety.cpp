@@ -11,8 +11,8 @@ namespace {
 
 // Folders of the system and of running processes: nothing in them is a user's document, and
 // some of them (keys, tokens, other processes' memory) must never leave the machine.
-constexpr std::array<QStringView, 7> kSystemFolders = {u"/proc", u"/sys", u"/dev", u"/run",
-                                                       u"/etc", u"/boot", u"/var"};
+constexpr std::array<QStringView, 7> kSystemFolders = {u"/proc", u"/sys",  u"/dev", u"/run",
+                                                       u"/etc",  u"/boot", u"/var"};
 
 bool isInside(const QString& path, QStringView folder) {
     return path == folder ||

@@ -14,7 +14,7 @@ namespace velmora {
 namespace {
 
 constexpr int kLineHeight = 18;
-constexpr int kSpacing = 4; // between a recipient and its button, and between recipients
+constexpr int kSpacing = 4;     // between a recipient and its button, and between recipients
 constexpr int kHeadingGap = 10; // before a heading that follows recipients on the same line
 
 } // namespace
@@ -84,8 +84,8 @@ void ExtensionCopyRecipientsView::changeEvent(QEvent* event) {
 void ExtensionCopyRecipientsView::rebuild() {
     // Later, not now: the remove button that asked for this is still in its click.
     for (const Piece& piece : std::as_const(m_pieces)) {
-        for (QWidget* widget : {static_cast<QWidget*>(piece.label),
-                                static_cast<QWidget*>(piece.remove)}) {
+        for (QWidget* widget :
+             {static_cast<QWidget*>(piece.label), static_cast<QWidget*>(piece.remove)}) {
             if (widget) {
                 widget->hide();
                 widget->deleteLater();

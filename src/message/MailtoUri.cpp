@@ -124,8 +124,7 @@ MailtoParse MailtoUri::parse(QStringView uri) {
                 ok = false;
                 bad = rawValue.toString();
             } else if (name == u"subject") {
-                appendText(mailto.subject, normalisedLineBreaks(value).replace(u'\n', u' '),
-                           u" ");
+                appendText(mailto.subject, normalisedLineBreaks(value).replace(u'\n', u' '), u" ");
             } else if (name == u"body") {
                 appendText(mailto.body, normalisedLineBreaks(value), u"\n");
             } else if (name == u"attach" || name == u"attachment") {

@@ -144,7 +144,8 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
     }
 
     options.headless = parser.isSet(headless);
-    for (const QCommandLineOption* headlessOnly : {&from, &to, &cc, &bcc, &subject, &body, &cancel}) {
+    for (const QCommandLineOption* headlessOnly :
+         {&from, &to, &cc, &bcc, &subject, &body, &cancel}) {
         if (parser.isSet(*headlessOnly) && !options.headless)
             return usage(
                 QStringLiteral("--%1 needs --headless").arg(headlessOnly->names().constFirst()));

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "message/MailtoUri.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
-
-#include "message/MailtoUri.h"
 
 #include <optional>
 

@@ -16,7 +16,7 @@
 namespace velmora {
 
 QString MailtoIntake::admitAttachments(ShareOptions& options, const QString& container,
-                                      QTextStream& err) {
+                                       QTextStream& err) {
     if (!options.mailto)
         return {};
     for (const QString& header : options.mailto->ignoredHeaders)
@@ -35,8 +35,8 @@ QString MailtoIntake::admitAttachments(ShareOptions& options, const QString& con
             explained.append(QStringLiteral("%1 (%2)").arg(attachment.given, verdict.reason));
             continue;
         }
-        options.items.append(SharedItem{SharedItem::Kind::File,
-                                        QUrl::fromLocalFile(verdict.path), attachment.given});
+        options.items.append(SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(verdict.path),
+                                        attachment.given});
     }
     if (explained.isEmpty())
         return {};
@@ -73,8 +73,8 @@ void MailtoIntake::fill(ExtensionComposerController& composer, const ShareOption
         }
     }
     if (!options.mailtoLeftOut.isEmpty())
-        composer.copyRecipientsView()->setNotice(LocalizedString("Not attached: %1")
-                                                     .arg(options.mailtoLeftOut.join(u", ")));
+        composer.copyRecipientsView()->setNotice(
+            LocalizedString("Not attached: %1").arg(options.mailtoLeftOut.join(u", ")));
 }
 
 } // namespace velmora

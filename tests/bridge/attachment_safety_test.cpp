@@ -1,7 +1,6 @@
 // The attachment check on real files: what links resolve to decides, not what they are called.
-#include "bridge/AttachmentSafety.h"
-
 #include "TestSupport.h"
+#include "bridge/AttachmentSafety.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,7 +47,8 @@ TEST(AttachmentSafety, OnlyPlainUserFilesPassAfterLinksAreResolved) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        const AttachmentSafety::Verdict verdict = AttachmentSafety::check(row.path, at("container"));
+        const AttachmentSafety::Verdict verdict =
+            AttachmentSafety::check(row.path, at("container"));
         EXPECT_EQ(verdict.path, row.accepted) << verdict.reason.toStdString();
         EXPECT_EQ(verdict.accepted(), verdict.reason.isNull());
     }

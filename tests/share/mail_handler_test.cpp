@@ -50,8 +50,7 @@ protected:
         const QByteArray program = QFile::encodeName(QStringLiteral(VELMORA_SHARE));
         entry.replace("TryExec=velmora-share", "TryExec=" + program);
         entry.replace("Exec=velmora-share", "Exec=" + program);
-        writeFile(applications() + QStringLiteral("/%1.desktop").arg(QLatin1String(kEntry)),
-                  entry);
+        writeFile(applications() + QStringLiteral("/%1.desktop").arg(QLatin1String(kEntry)), entry);
         const Ran updated = runTool(QStringLiteral("update-desktop-database"), {applications()});
         ASSERT_EQ(updated.exitCode, 0) << updated.output.toStdString();
     }
@@ -59,8 +58,9 @@ protected:
     QString applications() const { return desktop.dataHome() + QStringLiteral("/applications"); }
     // Makes velmora-share the chosen mail handler, as xdg-mime default would.
     void chooseAsMailHandler() {
-        writeFile(config.filePath(QStringLiteral("mimeapps.list")),
-                  "[Default Applications]\nx-scheme-handler/mailto=it.zemlo.velmora.share.desktop\n");
+        writeFile(
+            config.filePath(QStringLiteral("mimeapps.list")),
+            "[Default Applications]\nx-scheme-handler/mailto=it.zemlo.velmora.share.desktop\n");
     }
     QUrlQuery received() {
         const QStringList urls = desktop.takeArguments(QString::fromLatin1(kMainApplication));
@@ -90,8 +90,8 @@ TEST_F(MailHandler, TheEntryIsTheDefaultForMailtoLinksOnly) {
     for (const char* type : {"x-scheme-handler/mailto", "inode/directory", "text/plain",
                              "image/png", "application/pdf", "x-scheme-handler/https"}) {
         SCOPED_TRACE(type);
-        const Ran mime = runTool(QStringLiteral("gio"), {QStringLiteral("mime"),
-                                                         QString::fromLatin1(type)});
+        const Ran mime =
+            runTool(QStringLiteral("gio"), {QStringLiteral("mime"), QString::fromLatin1(type)});
         EXPECT_EQ(mime.output.contains(QLatin1String(kEntry)),
                   QLatin1String(type) == QLatin1String("x-scheme-handler/mailto"))
             << mime.output.toStdString();
@@ -104,11 +104,11 @@ TEST_F(MailHandler, XdgEmailAndGioOpenReachTheComposer) {
     writeFile(report, "%PDF-1.4");
     const QString staging = container.dataFolder() + QStringLiteral("/ShareFull");
 
-    const Ran email = runTool(
-        QStringLiteral("xdg-email"),
-        {QStringLiteral("--attach"), report, QStringLiteral("--subject"), QStringLiteral("Hi + hello"),
-         QStringLiteral("--cc"), QStringLiteral("carol@example.org"), QStringLiteral("--body"),
-         QStringLiteral("Two\nlines"), QStringLiteral("bob@example.org")});
+    const Ran email = runTool(QStringLiteral("xdg-email"),
+                              {QStringLiteral("--attach"), report, QStringLiteral("--subject"),
+                               QStringLiteral("Hi + hello"), QStringLiteral("--cc"),
+                               QStringLiteral("carol@example.org"), QStringLiteral("--body"),
+                               QStringLiteral("Two\nlines"), QStringLiteral("bob@example.org")});
     ASSERT_EQ(email.exitCode, 0) << email.output.toStdString();
     QUrlQuery q = received();
     EXPECT_EQ(value(q, "to"), QStringLiteral("bob@example.org;"));
@@ -117,9 +117,9 @@ TEST_F(MailHandler, XdgEmailAndGioOpenReachTheComposer) {
     EXPECT_EQ(value(q, "plainBody"), QStringLiteral("Two\nlines"));
     EXPECT_EQ(value(q, "attachment_0"), staging + QStringLiteral("/quarterly report.pdf"));
 
-    const Ran open =
-        runTool(QStringLiteral("gio"),
-                {QStringLiteral("open"), QStringLiteral("mailto:ann@example.org?subject=From%20gio")});
+    const Ran open = runTool(
+        QStringLiteral("gio"),
+        {QStringLiteral("open"), QStringLiteral("mailto:ann@example.org?subject=From%20gio")});
     ASSERT_EQ(open.exitCode, 0) << open.output.toStdString();
     q = received();
     EXPECT_EQ(value(q, "to"), QStringLiteral("ann@example.org;"));
