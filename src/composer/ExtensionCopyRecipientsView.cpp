@@ -94,11 +94,11 @@ void ExtensionCopyRecipientsView::rebuild() {
     }
     m_pieces.clear();
 
-    const auto add = [this](Field field, const char* heading) {
+    const auto add = [this](Field field, const QString& heading) {
         const AddressList& addresses = list(field);
         if (addresses.isEmpty())
             return;
-        m_pieces.append({new QLabel(LocalizedString(heading), this), nullptr});
+        m_pieces.append({new QLabel(heading, this), nullptr});
         for (qsizetype i = 0; i < addresses.size(); ++i) {
             const QString mail = addresses.at(i)->mail();
             auto* label = new QLabel(this);
@@ -114,8 +114,8 @@ void ExtensionCopyRecipientsView::rebuild() {
             m_pieces.append({label, remove});
         }
     };
-    add(Field::Cc, "Cc:");
-    add(Field::Bcc, "Bcc:");
+    add(Field::Cc, LocalizedString("Cc:"));
+    add(Field::Bcc, LocalizedString("Bcc:"));
     for (const Piece& piece : std::as_const(m_pieces)) {
         piece.label->show();
         if (piece.remove)
