@@ -14,9 +14,19 @@
         <translation>%1 di %2</translation>
     </message>
     <message>
+        <source>Bcc:</source>
+        <extracomment>Heading of the blind-copy recipients that a shared mail link brought, shown under To.</extracomment>
+        <translation>Ccn:</translation>
+    </message>
+    <message>
         <source>Cancel</source>
         <extracomment>A button: close the composer without sending, or go back from the empty-subject alert.</extracomment>
         <translation>Annulla</translation>
+    </message>
+    <message>
+        <source>Cc:</source>
+        <extracomment>Heading of the copy recipients that a shared mail link brought, shown under To.</extracomment>
+        <translation>Cc:</translation>
     </message>
     <message>
         <source>Empty subject</source>
@@ -40,8 +50,13 @@
     </message>
     <message>
         <source>Not attached: %1</source>
-        <extracomment>Under a shared item that could not be attached; %1 is the reason.</extracomment>
+        <extracomment>Under a shared item that could not be attached, or under the recipients for files a mail link asked to attach that were left out for safety; %1 is the reason or the files.</extracomment>
         <translation>Non allegato: %1</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <extracomment>Tooltip and accessible name of the button that removes the Cc or Bcc recipient %1.</extracomment>
+        <translation>Rimuovi %1</translation>
     </message>
     <message>
         <source>Send</source>

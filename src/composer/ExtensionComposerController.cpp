@@ -5,6 +5,7 @@
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentController.h"
 #include "composer/HandOff.h"
+#include "composer/ExtensionCopyRecipientsView.h"
 #include "directory/ExtensionAccount.h"
 #include "directory/ExtensionAddress.h"
 #include "message/ExtensionMessage.h"
@@ -45,6 +46,7 @@ constexpr int kGap = 5;          // above and below each separator
 constexpr int kSeparator = 1;    // a separator line's thickness
 constexpr int kFieldHeight = 18; // To and Subject
 constexpr int kBodyHeight = 100;
+constexpr int kMinBodyHeight = 36; // what the body keeps when the Cc/Bcc row takes room
 constexpr int kStripHeight = 168;
 constexpr int kButtonWidth = 60;
 constexpr int kButtonHeight = 20;
@@ -164,6 +166,11 @@ void ExtensionComposerController::loadView() {
     m_toField->setFont(systemFont(15));
     m_horizontalSeparators[2]->raise();
 
+    m_copyRecipientsView = new ExtensionCopyRecipientsView(root);
+    m_copyRecipientsView->hide();
+    connect(m_copyRecipientsView, &ExtensionCopyRecipientsView::changed, this,
+            &ExtensionComposerController::layoutSubviews);
+
     m_contentTextView = new ExtensionContentTextView(root);
     m_contentTextView->setFont(systemFont(15));
     m_contentTextView->document()->setDefaultFont(systemFont(15));
@@ -232,10 +239,19 @@ void ExtensionComposerController::layoutSubviews() {
     };
     separator(0);
     column(m_toField, kFieldHeight);
+    // The Cc/Bcc row sits under To and takes its room from the body.
+    int bodyHeight = kBodyHeight;
+    m_copyRecipientsView->setVisible(!m_copyRecipientsView->isEmpty());
+    if (m_copyRecipientsView->isVisible()) {
+        y += kGap;
+        const int rowHeight = m_copyRecipientsView->heightForWidth(fieldWidth);
+        column(m_copyRecipientsView, rowHeight);
+        bodyHeight = std::max(kMinBodyHeight, kBodyHeight - rowHeight - kGap);
+    }
     separator(1);
     column(m_subjectField, kFieldHeight);
     separator(2);
-    column(m_contentTextView, kBodyHeight);
+    column(m_contentTextView, bodyHeight);
     separator(3);
     column(m_collectionScrollview, kStripHeight);
 }
@@ -371,6 +387,10 @@ void ExtensionComposerController::send() {
     m_message->setSubject(nonNull(m_subjectField->text()));
     m_message->setPlainBody(nonNull(m_contentTextView->toPlainText()));
     m_message->setHtmlBody(QString::fromUtf8(m_contentTextView->document()->toHtml().toUtf8()));
+    // Cc and Bcc are exactly what the row shows.
+    using Field = ExtensionCopyRecipientsView::Field;
+    m_message->setCc(std::make_shared<AddressList>(m_copyRecipientsView->recipients(Field::Cc)));
+    m_message->setBcc(std::make_shared<AddressList>(m_copyRecipientsView->recipients(Field::Bcc)));
 
     QStringList recipients;
     if (const std::shared_ptr<AddressList> to = m_message->to()) {

@@ -25,6 +25,7 @@ namespace velmora {
 class ExtensionAccount;
 class ExtensionAttachmentCollectionView;
 class ExtensionContext;
+class ExtensionCopyRecipientsView;
 class ExtensionMessage;
 class ExtensionTokenField;
 class FlippedView;
@@ -77,6 +78,8 @@ public:
     QComboBox* popUpview() const { return m_popUpview; }
     QLineEdit* subjectField() const { return m_subjectField; }
     ExtensionTokenField* toField() const { return m_toField; }
+    // The Cc and Bcc a share brought, and its notices; shown under To only while not empty.
+    ExtensionCopyRecipientsView* copyRecipientsView() const { return m_copyRecipientsView; }
     QPushButton* sendBtn() const { return m_sendBtn; }
     QPushButton* cancelBtn() const { return m_cancelBtn; }
     ExtensionContentTextView* contentTextView() const { return m_contentTextView; }
@@ -144,6 +147,7 @@ private:
     QComboBox* m_popUpview = nullptr;
     QLineEdit* m_subjectField = nullptr;
     ExtensionTokenField* m_toField = nullptr;
+    ExtensionCopyRecipientsView* m_copyRecipientsView = nullptr;
     QPushButton* m_sendBtn = nullptr;
     QPushButton* m_cancelBtn = nullptr;
     ExtensionContentTextView* m_contentTextView = nullptr;

@@ -76,7 +76,11 @@ QString CommandLine::helpText() {
         "'-' for\n"
         "                    standard input, shared as image data when it decodes as an image and "
         "as\n"
-        "                    rich text otherwise\n"
+        "                    rich text otherwise; or a mailto: URI, read as a message to "
+        "compose\n"
+        "                    (recipients, subject, body, and attachments checked as described "
+        "in\n"
+        "                    docs/mailto.md)\n"
         "  --title TEXT      the share's title (a shared web link makes it the subject)\n"
         "  --text TEXT       rich text shared with the items (HTML, or plain text)\n"
         "  --image FILE      share FILE's bytes as image data (staged as PNG) instead of as a "
@@ -92,6 +96,7 @@ QString CommandLine::helpText() {
         "                    as if chosen from the suggestions; other text goes through the "
         "typed-token path;\n"
         "                    repeatable (headless)\n"
+        "  --cc ADDR, --bcc ADDR  add a Cc or Bcc recipient; repeatable (headless)\n"
         "  --subject TEXT    the subject (headless)\n"
         "  --body TEXT       the body's text, replacing what the share put there (headless)\n"
         "  --cancel          cancel instead of sending (headless)\n"
@@ -129,6 +134,8 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
     const QCommandLineOption headless = flag({QStringLiteral("headless")});
     const QCommandLineOption from = value("from", "ADDR");
     const QCommandLineOption to = value("to", "ADDR");
+    const QCommandLineOption cc = value("cc", "ADDR");
+    const QCommandLineOption bcc = value("bcc", "ADDR");
     const QCommandLineOption subject = value("subject", "TEXT");
     const QCommandLineOption body = value("body", "TEXT");
     const QCommandLineOption cancel = flag({QStringLiteral("cancel")});
@@ -155,7 +162,8 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
     }
 
     options.headless = parser.isSet(headless);
-    for (const QCommandLineOption* headlessOnly : {&from, &to, &subject, &body, &cancel}) {
+    for (const QCommandLineOption* headlessOnly :
+         {&from, &to, &cc, &bcc, &subject, &body, &cancel}) {
         if (parser.isSet(*headlessOnly) && !options.headless)
             return usage(
                 QStringLiteral("--%1 needs --headless").arg(headlessOnly->names().constFirst()));
@@ -163,6 +171,17 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
 
     bool standardInput = false;
     for (const QString& argument : parser.positionalArguments()) {
+        // A mailto: URI is a message to compose, not a link to share.
+        if (MailtoUri::isMailto(argument)) {
+            const MailtoParse mailto = MailtoUri::parse(argument);
+            if (!mailto.mailto)
+                return usage(mailto.error);
+            if (options.mailto)
+                options.mailto->merge(*mailto.mailto);
+            else
+                options.mailto = mailto.mailto;
+            continue;
+        }
         QString error;
         const std::optional<SharedItem> item = classify(argument, &error);
         if (!item)
@@ -198,6 +217,10 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
         options.from = textOf(from);
     for (const QString& recipient : parser.values(to))
         options.to.append(FileNames::displayable(recipient));
+    for (const QString& recipient : parser.values(cc))
+        options.cc.append(FileNames::displayable(recipient));
+    for (const QString& recipient : parser.values(bcc))
+        options.bcc.append(FileNames::displayable(recipient));
     if (parser.isSet(subject))
         options.subject = textOf(subject);
     if (parser.isSet(body))

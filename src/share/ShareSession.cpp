@@ -10,6 +10,7 @@
 #include "platform/MainQueue.h"
 #include "recipients/ExtensionTokenField.h"
 #include "share/HeadlessDriver.h"
+#include "share/MailtoIntake.h"
 #include "share/ShareViewController.h"
 #include "views/FlippedView.h"
 
@@ -112,9 +113,11 @@ bool ShareSession::reportLeftOut() {
 
 void ShareSession::messageTakenIn() {
     ExtensionComposerController* composer = m_controller->composer();
+    MailtoIntake::fill(*composer, m_options);
     if (m_options.headless) {
-        const QString problem = HeadlessDriver::apply(
-            *composer, {m_options.from, m_options.to, m_options.subject, m_options.body});
+        const QString problem =
+            HeadlessDriver::apply(*composer, {m_options.from, m_options.to, m_options.subject,
+                                              m_options.body, m_options.cc, m_options.bcc});
         if (!problem.isNull()) {
             m_err << "velmora-share: " << problem << '\n';
             m_err.flush();

@@ -2,6 +2,7 @@
 #include "platform/FileNames.h"
 #include "platform/RegularFile.h"
 #include "share/CommandLine.h"
+#include "share/MailtoIntake.h"
 #include "share/ShareInput.h"
 #include "share/ShareSession.h"
 #include "share/Translations.h"
@@ -53,6 +54,9 @@ int main(int argc, char** argv) {
         return 0;
     }
 
+    // For tests only: a run started by another program (xdg-email, a portal) goes headless.
+    if (qEnvironmentVariableIntValue("VELMORA_SHARE_TEST_HEADLESS") == 1)
+        options.headless = true;
     if (options.headless)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     else if (!hasDisplay())
@@ -66,6 +70,10 @@ int main(int argc, char** argv) {
     if (velmora::ExtensionUtilities::GroupDataPath().isNull())
         return usageError(err, QStringLiteral("the shared container cannot be created; give "
                                               "one with --container"));
+    if (const QString refused = velmora::MailtoIntake::admitAttachments(
+            options, velmora::ExtensionUtilities::GroupPath(), err);
+        !refused.isNull())
+        return usageError(err, refused);
 
     // Everything is read before the composer starts, so that a file that cannot be read is a
     // usage error rather than a missing attachment.

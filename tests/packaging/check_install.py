@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Installs a build into a temporary prefix and checks what lands there: the program (which must
-run from there), its desktop entry (which desktop-file-validate must accept, and whose Exec and
-Icon must name the installed program and icon), the icon, and one .qm file per .ts catalogue.
+run from there), its desktop entry (which desktop-file-validate must accept, whose Exec and Icon
+must name the installed program and icon, and which claims mailto: and nothing else), the icon,
+the file managers' "Send with Velmora" files, and one .qm file per .ts catalogue.
 
 usage: check_install.py CMAKE BUILD_DIR SOURCE_DIR VERSION
 Exits 77 (reported by CTest as skipped) only when desktop-file-validate is not installed.
@@ -19,6 +20,10 @@ import xml.etree.ElementTree as ET
 
 ENTRY = "share/applications/it.zemlo.velmora.share.desktop"
 ICON = "share/icons/hicolor/scalable/apps/it.zemlo.velmora.share.svg"
+THUNAR = "share/Thunar/sendto/it.zemlo.velmora.share.desktop"
+DOLPHIN = "share/kio/servicemenus/it.zemlo.velmora.share.desktop"
+NEMO = "share/nemo/actions/it.zemlo.velmora.share.nemo_action"
+NAUTILUS = "share/nautilus-python/extensions/velmora-share.py"
 QM_MAGIC = bytes.fromhex("3cb86418caef9c95cd211cbf60a1bddd")
 
 failures = []
@@ -48,7 +53,7 @@ def main(argv):
 
         catalogues = sorted(source_dir.glob("translations/*.ts"))
         check(catalogues, "no .ts file in the source tree")
-        expected = {"bin/velmora-share", ENTRY, ICON} | {
+        expected = {"bin/velmora-share", ENTRY, ICON, THUNAR, DOLPHIN, NEMO, NAUTILUS} | {
             f"share/velmora-share/translations/{ts.stem}.qm" for ts in catalogues}
         installed = {str(p.relative_to(prefix)) for p in prefix.rglob("*") if not p.is_dir()}
         for path in sorted(expected - installed):
@@ -86,7 +91,41 @@ def main(argv):
                   f"Icon {entry.get('Icon')} is not the installed icon {pathlib.Path(ICON).name}")
             check(entry.get("NoDisplay") == "true",
                   "the entry must stay out of the application menus (NoDisplay=true)")
-            check(entry.get("MimeType", "").strip(";"), "the entry lists no MimeType")
+            check(entry.get("MimeType", "").strip(";") == "x-scheme-handler/mailto",
+                  "the entry must claim mailto: links and nothing that would make it the default"
+                  f" for files, folders or web links: MimeType={entry.get('MimeType')}")
+
+        def read_ini(path, group):
+            parser = configparser.ConfigParser(interpolation=None)
+            parser.optionxform = str
+            parser.read(path, encoding="utf-8")
+            return parser[group] if parser.has_section(group) else {}
+
+        def check_exec(path, group, where):
+            line = shlex.split(read_ini(path, group).get("Exec", ""))
+            check(line == ["velmora-share", "%F"], f"{where} does not start velmora-share %F")
+
+        if (prefix / THUNAR).is_file():
+            validated = subprocess.run([validate, str(prefix / THUNAR)], capture_output=True,
+                                       text=True)
+            check(validated.returncode == 0, "desktop-file-validate rejects Thunar's Send To file:"
+                  "\n" + validated.stdout + validated.stderr)
+            check_exec(prefix / THUNAR, "Desktop Entry", "Thunar's Send To file")
+        if (prefix / DOLPHIN).is_file():
+            check(os.access(prefix / DOLPHIN, os.X_OK),
+                  "Dolphin's service menu must be executable to be used")
+            check(read_ini(prefix / DOLPHIN, "Desktop Entry").get("Type") == "Service",
+                  "Dolphin's service menu is not of Type=Service")
+            check_exec(prefix / DOLPHIN, "Desktop Action sendWithVelmora", "Dolphin's service menu")
+        if (prefix / NEMO).is_file():
+            check_exec(prefix / NEMO, "Nemo Action", "Nemo's action")
+            check(read_ini(prefix / NEMO, "Nemo Action").get("Selection") == "notnone",
+                  "Nemo's action must ask for a selection")
+        if (prefix / NAUTILUS).is_file():
+            try:
+                compile((prefix / NAUTILUS).read_text(encoding="utf-8"), str(NAUTILUS), "exec")
+            except SyntaxError as error:
+                failures.append(f"the Nautilus extension does not compile: {error}")
 
         if (prefix / ICON).is_file():
             try:
