@@ -123,5 +123,25 @@
         <extracomment>Text of the empty-subject alert.</extracomment>
         <translation>Il messaggio non ha un oggetto.</translation>
     </message>
+    <message>
+        <source>no Wayland compositor answers at %1</source>
+        <extracomment>Command line: why the composer's window cannot open; %1 is the compositor's socket.</extracomment>
+        <translation>nessun compositor Wayland risponde su %1</translation>
+    </message>
+    <message>
+        <source>no X server answers at %1 (DISPLAY=%2)</source>
+        <extracomment>Command line: why the composer's window cannot open; %1 is the X server's socket, %2 the DISPLAY value.</extracomment>
+        <translation>nessun server X risponde su %1 (DISPLAY=%2)</translation>
+    </message>
+    <message>
+        <source>the composer's window cannot be opened</source>
+        <extracomment>Command line: Qt could not start a window system; the reason follows on the next line.</extracomment>
+        <translation>la finestra del compositore non può essere aperta</translation>
+    </message>
+    <message>
+        <source>DISPLAY is not set</source>
+        <extracomment>Command line: why the composer's window cannot open on X11.</extracomment>
+        <translation>DISPLAY non è impostata</translation>
+    </message>
 </context>
 </TS>

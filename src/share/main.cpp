@@ -2,6 +2,7 @@
 #include "platform/FileNames.h"
 #include "platform/RegularFile.h"
 #include "share/CommandLine.h"
+#include "share/DisplayCheck.h"
 #include "share/MailtoIntake.h"
 #include "share/ShareInput.h"
 #include "share/ShareSession.h"
@@ -9,9 +10,11 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QIcon>
 #include <QTextStream>
 
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -22,12 +25,6 @@ constexpr qint64 kMaxImageFileBytes = qint64(1) << 30;
 int usageError(QTextStream& err, const QString& message) {
     err << "velmora-share: " << message << "\nTry 'velmora-share --help'.\n";
     return kUsageError;
-}
-
-bool hasDisplay() {
-    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
-           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-           !qEnvironmentVariableIsEmpty("DISPLAY");
 }
 
 } // namespace
@@ -59,10 +56,10 @@ int main(int argc, char** argv) {
         options.headless = true;
     if (options.headless)
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    else if (!hasDisplay())
-        return usageError(err, QStringLiteral("there is no display to show the composer on "
-                                              "(neither DISPLAY nor WAYLAND_DISPLAY is set); "
-                                              "use --headless"));
+    else if (const QString problem = velmora::DisplayCheck::problem(); !problem.isNull())
+        return usageError(err, QStringLiteral("there is no display to show the composer on (%1); "
+                                              "use --headless")
+                                   .arg(problem));
     if (!options.container.isNull())
         qputenv("VELMORA_GROUP_CONTAINER", velmora::FileNames::encode(options.container));
     if (!options.bundleId.isNull())
@@ -103,10 +100,21 @@ int main(int argc, char** argv) {
     // Qt's own options (-platform, -style ...) are not taken from the command line: every
     // argument there is an item or one of ours.
     int qtArgc = 1;
-    QApplication app(qtArgc, argv);
+    std::optional<QApplication> app;
+    {
+        // Should the platform still fail to start, Qt's fatal message becomes a usage error.
+        const velmora::DisplayCheck::FatalAsUsageError fatalAsUsageError;
+        app.emplace(qtArgc, argv);
+    }
     QApplication::setApplicationName(QStringLiteral("velmora-share"));
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("it.zemlo.velmora.share"));
+    // The icon theme's, else the icons built into the program.
+    QIcon builtIn;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        builtIn.addFile(QStringLiteral(":/icons/%1/it.zemlo.velmora.share.png").arg(size));
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral("it.zemlo.velmora.share"), builtIn));
     velmora::installTranslations();
 
     velmora::ShareSession session(

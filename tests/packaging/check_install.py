@@ -13,6 +13,7 @@ import os
 import pathlib
 import shlex
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -24,6 +25,8 @@ THUNAR = "share/Thunar/sendto/it.zemlo.velmora.share.desktop"
 DOLPHIN = "share/kio/servicemenus/it.zemlo.velmora.share.desktop"
 NEMO = "share/nemo/actions/it.zemlo.velmora.share.nemo_action"
 NAUTILUS = "share/nautilus-python/extensions/velmora-share.py"
+METAINFO = "share/metainfo/it.zemlo.velmora.share.metainfo.xml"
+PNG_SIZES = (16, 24, 32, 48, 64, 128, 256)
 QM_MAGIC = bytes.fromhex("3cb86418caef9c95cd211cbf60a1bddd")
 
 failures = []
@@ -53,7 +56,12 @@ def main(argv):
 
         catalogues = sorted(source_dir.glob("translations/*.ts"))
         check(catalogues, "no .ts file in the source tree")
-        expected = {"bin/velmora-share", ENTRY, ICON, THUNAR, DOLPHIN, NEMO, NAUTILUS} | {
+        expected = {"bin/velmora-share", ENTRY, ICON, THUNAR, DOLPHIN, NEMO, NAUTILUS, METAINFO,
+                    "share/man/man1/velmora-share.1",
+                    "share/bash-completion/completions/velmora-share",
+                    "share/zsh/vendor-completions/_velmora-share",
+                    "share/fish/vendor_completions.d/velmora-share.fish"} | {
+            f"share/icons/hicolor/{n}x{n}/apps/it.zemlo.velmora.share.png" for n in PNG_SIZES} | {
             f"share/velmora-share/translations/{ts.stem}.qm" for ts in catalogues}
         installed = {str(p.relative_to(prefix)) for p in prefix.rglob("*") if not p.is_dir()}
         for path in sorted(expected - installed):
@@ -70,6 +78,16 @@ def main(argv):
             check(ran.returncode == 0 and ran.stdout.strip() == f"velmora-share {version}",
                   f"the installed program's --version gave {ran.returncode}: {ran.stdout!r}"
                   f" {ran.stderr!r}")
+
+        # Installed under a system prefix, the program takes its libraries from the system.
+        dynamic = subprocess.run(["readelf", "-d", str(program)], capture_output=True, text=True)
+        check("RPATH" not in dynamic.stdout and "RUNPATH" not in dynamic.stdout,
+              "the installed program carries a RUNPATH or RPATH")
+        for n in PNG_SIZES:
+            png = prefix / f"share/icons/hicolor/{n}x{n}/apps/it.zemlo.velmora.share.png"
+            if png.is_file():
+                width, height = struct.unpack(">II", png.read_bytes()[16:24])
+                check((width, height) == (n, n), f"the {n}x{n} icon is {width}x{height}")
 
         entry_path = prefix / ENTRY
         if entry_path.is_file():
@@ -89,6 +107,8 @@ def main(argv):
                   f"Exec must pass the items as URLs, files included: {entry.get('Exec')}")
             check((prefix / ICON).stem == entry.get("Icon"),
                   f"Icon {entry.get('Icon')} is not the installed icon {pathlib.Path(ICON).name}")
+            check(entry.get("StartupWMClass") == "velmora-share",
+                  "StartupWMClass must be the application name, the window's X11 class")
             check(entry.get("NoDisplay") == "true",
                   "the entry must stay out of the application menus (NoDisplay=true)")
             check(entry.get("MimeType", "").strip(";") == "x-scheme-handler/mailto",
