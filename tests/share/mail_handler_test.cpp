@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QUrl>
 #include <QUrlQuery>
@@ -14,6 +15,13 @@ using velmora::test::readFile;
 using velmora::test::writeFile;
 
 namespace {
+
+// A staged path as it would be without the share's own folder ("ShareFull/share-1-abc/x" gives
+// "ShareFull/x"); a path outside such a folder comes back as it is, and so fails a comparison.
+QString inStaging(const QString& path) {
+    static const QRegularExpression ownFolder(QStringLiteral("/ShareFull/share-[^/]+/"));
+    return QString(path).replace(ownFolder, QStringLiteral("/ShareFull/"));
+}
 
 constexpr auto kEntry = "it.zemlo.velmora.share";
 constexpr auto kMainApplication = "it.zemlo.velmora";
@@ -115,7 +123,8 @@ TEST_F(MailHandler, XdgEmailAndGioOpenReachTheComposer) {
     EXPECT_EQ(value(q, "cc"), QStringLiteral("carol@example.org;"));
     EXPECT_EQ(value(q, "subject"), QStringLiteral("Hi + hello"));
     EXPECT_EQ(value(q, "plainBody"), QStringLiteral("Two\nlines"));
-    EXPECT_EQ(value(q, "attachment_0"), staging + QStringLiteral("/quarterly report.pdf"));
+    EXPECT_EQ(inStaging(value(q, "attachment_0")),
+              staging + QStringLiteral("/quarterly report.pdf"));
 
     const Ran open = runTool(
         QStringLiteral("gio"),
@@ -180,7 +189,7 @@ TEST_F(MailHandler, TheEmailPortalReachesTheComposer) {
     const QUrlQuery q = received();
     EXPECT_EQ(value(q, "to"), QStringLiteral("dora@example.org;"));
     EXPECT_EQ(value(q, "subject"), QStringLiteral("From a sandbox"));
-    EXPECT_EQ(value(q, "attachment_0"),
+    EXPECT_EQ(inStaging(value(q, "attachment_0")),
               container.dataFolder() + QStringLiteral("/ShareFull/portal report.pdf"));
 }
 

@@ -29,12 +29,11 @@ struct Outcome {
 // The real binary, headless, on a container and a desktop of its own.
 class Trust : public ::testing::Test {
 protected:
-    // during runs once the share has emptied its staging folder, before any item is copied
-    // when copies are slowed.
+    // during runs once the share has made its own folder, before any item is copied when copies
+    // are slowed. Earlier runs' folders are gone first, as after their grace period.
     Outcome share(const QStringList& items, int copyDelayMs = 0,
-              const std::function<void()>& during = {}) {
-        const QString marker = staging() + QStringLiteral("/earlier-share");
-        writeFile(marker, "x");
+                  const std::function<void()>& during = {}) {
+        QDir(staging()).removeRecursively();
         QProcess p;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         if (copyDelayMs > 0)
@@ -44,7 +43,7 @@ protected:
         if (during) {
             QElapsedTimer timer;
             timer.start();
-            while (QFileInfo::exists(marker) && timer.elapsed() < 30000)
+            while (ownFolder().isNull() && timer.elapsed() < 30000)
                 p.waitForFinished(10);
             during();
         }
@@ -67,6 +66,12 @@ protected:
         return names;
     }
     QString staging() const { return container.dataFolder() + QStringLiteral("/ShareFull"); }
+    // The folder of the share that ran last; null before it has made one.
+    QString ownFolder() const {
+        const QFileInfoList shares =
+            QDir(staging()).entryInfoList({QStringLiteral("share-*")}, QDir::Dirs);
+        return shares.size() == 1 ? shares.first().filePath() : QString();
+    }
     QString path(const QString& name) const { return files.filePath(name); }
     QString make(const QString& name, qint64 size = 1) {
         QByteArray bytes(size, '\0');
@@ -109,7 +114,7 @@ TEST_F(Trust, EveryItemIsAttachedOrNamedWithItsReason) {
     fifo(QStringLiteral("f/sub/pipe"));
     const auto stagedAsGiven = [this](const char* name) {
         return [this, name] {
-            EXPECT_EQ(readFile(staging() + u'/' + QLatin1String(name)),
+            EXPECT_EQ(readFile(ownFolder() + u'/' + QLatin1String(name)),
                       readFile(path(QLatin1String(name))));
         };
     };
@@ -141,7 +146,7 @@ TEST_F(Trust, EveryItemIsAttachedOrNamedWithItsReason) {
          [&] {
              stagedAsGiven("f/a.txt")();
              stagedAsGiven("f/sub/b.txt")();
-             EXPECT_FALSE(QFileInfo::exists(staging() + QStringLiteral("/f/sub/pipe")));
+             EXPECT_FALSE(QFileInfo::exists(ownFolder() + QStringLiteral("/f/sub/pipe")));
          }},
         {"file that vanishes before its copy",
          {make(QStringLiteral("kept.txt")), make(QStringLiteral("gone.txt"))},
@@ -161,7 +166,7 @@ TEST_F(Trust, EveryItemIsAttachedOrNamedWithItsReason) {
          [&] {
              stagedAsGiven("sparse.img")();
              // The holes stay holes: no more blocks than the source (give or take metadata).
-             EXPECT_LE(statOf(staging() + QStringLiteral("/sparse.img")).st_blocks,
+             EXPECT_LE(statOf(ownFolder() + QStringLiteral("/sparse.img")).st_blocks,
                        statOf(sparse).st_blocks + 16);
          }},
     };
