@@ -142,6 +142,16 @@ TEST_F(ShareBinary, HelpVersionAndUsageErrorsTouchNothing) {
         EXPECT_EQ(bad.exitCode, 2);
         EXPECT_TRUE(bad.err.contains(QString::fromLatin1(row.named))) << bad.err.toStdString();
     }
+    // A window asked for where no compositor answers: a usage error, never Qt's abort.
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    qputenv("QT_QPA_PLATFORM", "wayland");
+    qputenv("WAYLAND_DISPLAY", "no-compositor-here");
+    const ShareRun noDisplay = run({earlier});
+    qputenv("QT_QPA_PLATFORM", platform);
+    qunsetenv("WAYLAND_DISPLAY");
+    EXPECT_EQ(noDisplay.exitCode, 2);
+    EXPECT_TRUE(noDisplay.err.contains(u"no Wayland compositor")) << noDisplay.err.toStdString();
+
     EXPECT_EQ(readFile(staging() + QStringLiteral("/earlier.txt")), "kept")
         << "a usage error must come before the staging folder is emptied";
     EXPECT_TRUE(desktop.recorded().isEmpty());
