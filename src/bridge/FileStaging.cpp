@@ -1,5 +1,6 @@
 #include "bridge/FileStaging.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/FileNames.h"
 
 #include <QFile>
@@ -29,24 +30,6 @@ namespace {
 
 constexpr int kMaxFolderDepth = 256;
 constexpr int kMaxRenameAttempts = 1000;
-
-// A descriptor closed on every path out.
-class Fd {
-public:
-    explicit Fd(int fd = -1)
-        : m_fd(fd) {}
-    ~Fd() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return m_fd; }
-    int release() { return std::exchange(m_fd, -1); }
-
-private:
-    int m_fd;
-};
 
 QString quoted(const QString& path) {
     return u'"' + path + u'"';
@@ -224,7 +207,7 @@ void copyEntry(int srcDirFd, int dstDirFd, const char* name, const QString& path
     }
     if (!S_ISREG(est.st_mode) && !S_ISDIR(est.st_mode))
         return copy.leftOut.append({path, notFileOrFolder(path)});
-    Fd child(::openat(srcDirFd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    FileDescriptor child(::openat(srcDirFd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (child.get() < 0)
         return leaveOut(errno, QStringLiteral("cannot open %1"));
     if (auto error = copyInto(child.get(), est, dstDirFd, name, path, depth + 1, copy)) {
@@ -272,7 +255,7 @@ std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, co
         if (::mkdirat(dstDirFd, dstName, 0700) < 0)
             return Error::posix(errno,
                                 QStringLiteral("cannot create a folder for %1").arg(quoted(path)));
-        Fd out(::openat(dstDirFd, dstName, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        FileDescriptor out(::openat(dstDirFd, dstName, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (out.get() < 0)
             return Error::posix(errno,
                                 QStringLiteral("cannot open the copy of %1").arg(quoted(path)));
@@ -281,7 +264,7 @@ std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, co
         ::fchmod(out.get(), (st.st_mode & 0777) | S_IRWXU);
         return std::nullopt;
     }
-    Fd out(::openat(dstDirFd, dstName, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    FileDescriptor out(::openat(dstDirFd, dstName, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (out.get() < 0)
         return Error::posix(errno,
                             QStringLiteral("cannot create the copy of %1").arg(quoted(path)));
@@ -338,7 +321,7 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
     const QString what = quoted(source);
     pauseForTests();
     // O_NONBLOCK: opening a named pipe must not wait for a writer; it is refused below.
-    Fd in(::open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    FileDescriptor in(::open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (in.get() < 0)
         return {{}, Error::posix(errno, QStringLiteral("cannot open %1").arg(what)), {}};
     struct stat st {};
@@ -351,7 +334,8 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
         ::fcntl(in.get(), F_SETFL, ::fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
     }
 
-    Fd folderFd(::open(encoded(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor folderFd(
+        ::open(encoded(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folderFd.get() < 0)
         return {
             {},
@@ -366,7 +350,7 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
     // The copy is built inside a private temporary folder, so a half-made copy never has a name
     // that anybody could take for a staged file; the finished entry is then moved into place.
     TemporaryEntry holder(templ);
-    Fd holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (holderFd.get() < 0)
         return {{},
                 Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
@@ -385,7 +369,7 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
 FileStaging::Result FileStaging::writeData(const QByteArray& bytes, const QString& folder,
                                            const NameChooser& chooseName) {
     QByteArray templ = temporaryTemplate(folder);
-    Fd out(::mkostemp(templ.data(), O_CLOEXEC));
+    FileDescriptor out(::mkostemp(templ.data(), O_CLOEXEC));
     if (out.get() < 0)
         return {{},
                 Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),

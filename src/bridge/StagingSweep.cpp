@@ -1,5 +1,7 @@
 #include "bridge/StagingSweep.h"
 
+#include "platform/FileDescriptor.h"
+
 #include <QFile>
 
 #include <cerrno>
@@ -17,23 +19,6 @@ namespace {
 
 // Staged folders are never deeper than this; a deeper tree is left for a person to look at.
 constexpr int kMaxDepth = 512;
-
-// A descriptor closed on every path out.
-class Fd {
-public:
-    explicit Fd(int fd)
-        : m_fd(fd) {}
-    ~Fd() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 Error removalError(int errnum, const QString& path) {
     return Error::posix(errnum, QStringLiteral("cannot remove \"%1\"").arg(path));
@@ -84,8 +69,8 @@ std::optional<Error> removeContents(int folder, const QString& path, int depth) 
                 failed(removalError(ELOOP, child));
                 continue;
             }
-            const Fd inner(::openat(folder, name.constData(),
-                                    O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+            const FileDescriptor inner(::openat(folder, name.constData(),
+                                                O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
             if (inner.get() < 0) {
                 failed(removalError(errno, child));
                 continue;
@@ -114,8 +99,8 @@ bool olderThan(const struct stat& st, std::chrono::seconds gracePeriod) {
 
 QList<Error> StagingSweep::removeStaleEntries(const QString& stagingFolder,
                                               std::chrono::seconds gracePeriod) {
-    const Fd folder(::open(QFile::encodeName(stagingFolder).constData(),
-                           O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    const FileDescriptor folder(::open(QFile::encodeName(stagingFolder).constData(),
+                                       O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (folder.get() < 0)
         return {removalError(errno, stagingFolder)};
     const auto names = entryNames(folder.get());
@@ -138,8 +123,8 @@ QList<Error> StagingSweep::removeStaleEntries(const QString& stagingFolder,
                 errors.append(removalError(errno, path));
             continue;
         }
-        const Fd share(::openat(folder.get(), name.constData(),
-                                O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        const FileDescriptor share(::openat(folder.get(), name.constData(),
+                                            O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (share.get() < 0) {
             if (errno != ENOENT)
                 errors.append(removalError(errno, path));
