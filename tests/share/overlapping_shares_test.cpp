@@ -166,6 +166,19 @@ protected:
         std::sort(expected.begin(), expected.end());
         EXPECT_EQ(found, expected) << "a URL names a file that another share staged";
     }
+    // One headless share of a same-named file on its own, whose URL names only its own file;
+    // err, when given, receives what it wrote on standard error.
+    void shareOneFile(const QByteArray& tag, QString* err = nullptr) {
+        QList<QByteArray> given;
+        ShareProcess share(
+            QStringList{QStringLiteral("--headless"), QStringLiteral("--print-url")} +
+            sameNamedFiles(tag, 1, &given));
+        ASSERT_TRUE(share.finish(kRunTimeoutMs));
+        ASSERT_EQ(share.exitCode(), 0) << share.err().toStdString();
+        expectOwnFiles(printedAttachments(share.out()), share.pid(), given);
+        if (err)
+            *err = share.err();
+    }
 
     velmora::test::TempContainer container;
     QTemporaryDir files;
@@ -240,12 +253,7 @@ TEST_F(OverlappingShares, AnOpenComposerKeepsItsFilesWhileAnotherShareRuns) {
     }
     ASSERT_FALSE(firstStaged.isEmpty()) << "the window run never staged its file";
 
-    QList<QByteArray> secondGiven;
-    ShareProcess second(QStringList{QStringLiteral("--headless"), QStringLiteral("--print-url")} +
-                        sameNamedFiles("second", 1, &secondGiven));
-    ASSERT_TRUE(second.finish(kRunTimeoutMs));
-    ASSERT_EQ(second.exitCode(), 0) << second.err().toStdString();
-    expectOwnFiles(printedAttachments(second.out()), second.pid(), secondGiven);
+    ASSERT_NO_FATAL_FAILURE(shareOneFile("second"));
 
     EXPECT_TRUE(window.running()) << "the composer window was meant to be still open";
     EXPECT_EQ(readFile(firstStaged), firstGiven.first())
@@ -351,12 +359,8 @@ TEST_F(OverlappingShares, FinishedSharesStayForTheGracePeriodOrWhileHeld) {
         }
     }
 
-    QList<QByteArray> given;
-    ShareProcess share(QStringList{QStringLiteral("--headless"), QStringLiteral("--print-url")} +
-                       sameNamedFiles("next", 1, &given));
-    ASSERT_TRUE(share.finish(kRunTimeoutMs));
-    ASSERT_EQ(share.exitCode(), 0) << share.err().toStdString();
-    expectOwnFiles(printedAttachments(share.out()), share.pid(), given);
+    QString err;
+    ASSERT_NO_FATAL_FAILURE(shareOneFile("next", &err));
 
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -366,13 +370,12 @@ TEST_F(OverlappingShares, FinishedSharesStayForTheGracePeriodOrWhileHeld) {
         EXPECT_EQ(QFileInfo(path).exists() || QFileInfo(path).isSymLink(), row.kept);
     }
     EXPECT_EQ(readFile(outside + QStringLiteral("/precious.txt")), "precious");
-    const QStringList removalLines =
-        share.err().split(u'\n').filter(QStringLiteral("shareInit delete"));
+    const QStringList removalLines = err.split(u'\n').filter(QStringLiteral("shareInit delete"));
     if (stuckRow) {
-        ASSERT_EQ(removalLines.size(), 1) << share.err().toStdString();
+        ASSERT_EQ(removalLines.size(), 1) << err.toStdString();
         EXPECT_TRUE(removalLines.first().contains(QStringLiteral("share-5-cannot-be-removed")));
     } else {
-        EXPECT_TRUE(removalLines.isEmpty()) << share.err().toStdString();
+        EXPECT_TRUE(removalLines.isEmpty()) << err.toStdString();
     }
 }
 
