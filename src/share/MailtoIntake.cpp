@@ -26,7 +26,7 @@ QString MailtoIntake::admitAttachments(ShareOptions& options, const QString& con
     for (const MailtoAttachment& attachment : options.mailto->attachments) {
         const AttachmentSafety::Verdict verdict =
             attachment.path.isNull()
-                ? AttachmentSafety::Verdict{QString(), QStringLiteral("not a local file")}
+                ? AttachmentSafety::Verdict{QString(), LocalizedString("not a local file")}
                 : AttachmentSafety::check(attachment.path, container);
         if (!verdict.accepted()) {
             Log::write(u"mailto: left out the attachment %@ (%@)",
@@ -42,9 +42,9 @@ QString MailtoIntake::admitAttachments(ShareOptions& options, const QString& con
         return {};
     const QString list = explained.join(QStringLiteral(", "));
     if (options.headless)
-        return QStringLiteral("the mailto: URI asks for attachments that are not attached: %1")
+        return LocalizedString("the mailto: URI asks for attachments that are not attached: %1")
             .arg(list);
-    err << "velmora-share: not attached: " << list << '\n';
+    err << "velmora-share: " << LocalizedString("not attached: %1").arg(list) << '\n';
     err.flush();
     return {};
 }
