@@ -79,6 +79,14 @@ void takeImage(const QString& service, ExtensionMessage& message, const QVariant
                       ExtensionUtilities::ShareDatas(service, {std::get<QByteArray>(png)}));
 }
 
+// The queue of the intake's wait (made at the priority of its first use). The wait holds its thread
+// for up to 10 s while the providers answer on the global queues, so it never takes one of theirs,
+// however many answers are due.
+DispatchQueue& intakeWaitQueue(DispatchQueue::Priority priority) {
+    static DispatchQueue queue(priority);
+    return queue;
+}
+
 void requestAttachments(const QString& service, const std::shared_ptr<ExtensionMessage>& message,
                         const ExtensionItem& item, const PendingCount& pending) {
     for (const auto& provider : item.attachments()) {
@@ -113,7 +121,7 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
         sleep = [](std::chrono::duration<double> interval) {
             std::this_thread::sleep_for(interval);
         };
-    DispatchQueue::global(DispatchQueue::Priority::Background)
+    intakeWaitQueue(DispatchQueue::Priority::Background)
         .async([context = context, service, completion = std::move(completion),
                 sleep = std::move(sleep)]() mutable {
             // A missing context is a share of nothing.
