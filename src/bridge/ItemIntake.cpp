@@ -83,6 +83,11 @@ void takeImage(const QString& service, ExtensionMessage& message, const QVariant
 // for up to 10 s while the providers answer on the global queues, so it never takes one of theirs,
 // however many answers are due.
 DispatchQueue& intakeWaitQueue(DispatchQueue::Priority priority) {
+    // The global queues are made first so that they end after this one: at exit its wait may
+    // still be handing work to them.
+    [[maybe_unused]] static const bool globalsFirst =
+        (DispatchQueue::global(DispatchQueue::Priority::Default),
+         DispatchQueue::global(DispatchQueue::Priority::Background), true);
     static DispatchQueue queue(priority);
     return queue;
 }
