@@ -7,7 +7,7 @@ BUILD_DIR = build/$(PRESET)
 export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := 1
 
-.PHONY: all bootstrap configure build program test run asan tsan fuzz bench deb format clean
+.PHONY: all bootstrap configure build program test run asan tsan fuzz bench deb coverage format clean
 
 all: build
 
@@ -33,6 +33,22 @@ asan:
 
 tsan:
 	$(MAKE) test PRESET=tsan
+
+# Line and branch coverage of src/ over the whole suite: a text summary here, the HTML report in
+# build/coverage/report/index.html. Counters from an earlier run are cleared first.
+# Branches that only throw or that the compiler proves unreachable are left out of the count.
+coverage: bootstrap
+	cmake --preset coverage
+	cmake --build --preset coverage
+	find build/coverage -name '*.gcda' -delete
+	ctest --preset coverage
+	mkdir -p build/coverage/report
+	gcovr --root . --object-directory build/coverage --filter 'src/' -j 2 \
+	    --exclude-unreachable-branches --exclude-throw-branches \
+	    --html-details build/coverage/report/index.html \
+	    --json build/coverage/report/coverage.json \
+	    --json-summary-pretty --json-summary build/coverage/report/summary.json \
+	    --txt build/coverage/report/files.txt --print-summary
 
 run: program
 	scripts/run-demo $(BUILD_DIR)

@@ -13,14 +13,14 @@ _velmora_share() {
             _filedir -d
             return
             ;;
-        --title | --text | --bundle-id | --from | --to | --subject | --body)
+        --title | --text | --bundle-id | --from | --to | --cc | --bcc | --subject | --body)
             return
             ;;
     esac
 
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W '--title --text --image --container --bundle-id --headless
-            --from --to --subject --body --cancel --print-url --screenshot --help --version' \
+            --from --to --cc --bcc --subject --body --cancel --print-url --screenshot --help --version' \
             -- "$cur"))
         return
     fi

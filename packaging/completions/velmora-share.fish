@@ -8,6 +8,8 @@ complete -c velmora-share -l bundle-id -x -d "This program's bundle identifier"
 complete -c velmora-share -l headless -d 'No window: fill the composer from the options and send'
 complete -c velmora-share -l from -x -d 'The From item to choose'
 complete -c velmora-share -l to -x -d 'Add a recipient'
+complete -c velmora-share -l cc -x -d 'Add a Cc recipient'
+complete -c velmora-share -l bcc -x -d 'Add a Bcc recipient'
 complete -c velmora-share -l subject -x -d 'The subject'
 complete -c velmora-share -l body -x -d "The body's text"
 complete -c velmora-share -l cancel -d 'Cancel instead of sending'

@@ -416,8 +416,10 @@ TEST(PropertyListFile, ArrayWithContentsOfFileIsNullUnlessTheRootIsAnArray) {
     EXPECT_FALSE(PropertyList::arrayWithContentsOfFile(path).isValid());
     EXPECT_FALSE(
         PropertyList::arrayWithContentsOfFile(dir.filePath(QStringLiteral("none"))).isValid());
-    EXPECT_FALSE(PropertyList::arrayWithContentsOfFile(dir.path()).isValid());
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
+    // Something other than a regular file in the file's place is refused unread, and logged.
+    EXPECT_FALSE(PropertyList::arrayWithContentsOfFile(dir.path()).isValid());
+    EXPECT_EQ(log.lines().size(), 1);
 }
 
 } // namespace
