@@ -48,11 +48,11 @@ private:
 TEST(ContactsLoading, KeysTypedBeforeTheContactsAreReadAreAnsweredOnceTheyAre) {
     test::TempContainer container;
     const QString folder = container.dataFolder() + QStringLiteral("/Contacts");
-    if (!writePlist(folder + QStringLiteral("/Addresses.plist"), R"([
+    if (!test::writePlist(folder + QStringLiteral("/Addresses.plist"), R"([
             {"mail": "ann.smith@x.test", "firstName": "Ann", "lastName": "Smith", "rank": 3},
             {"mail": "annie@y.test", "firstName": "Annie", "lastName": "Hall", "rank": 9},
             {"mail": "andrew@z.test", "firstName": "Andrew", "rank": 5}])",
-                    true))
+                          true))
         GTEST_SKIP() << "python3 is needed to write property lists";
 
     auto lock = std::make_unique<HeldLock>(folder);
