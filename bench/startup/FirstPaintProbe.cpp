@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Preloaded into a Qt Widgets program (LD_PRELOAD), it ends the program as soon as the first
 // paint event of any widget has been handled, after writing the time (CLOCK_MONOTONIC, in
 // nanoseconds) and the peak resident size so far (KiB) to the file named by

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Writes the files the start-up benchmark shares: a 4000 x 3000 photograph-sized JPEG and a
 // 20-page PDF, drawn with Qt, into the folder given.
 #include <QColor>

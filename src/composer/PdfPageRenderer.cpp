@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The PDF renderer, built as a module of its own and loaded by PdfPreview.cpp the first time a
 // PDF is shown: poppler and the libraries it needs are then loaded only by a share that holds a
 // PDF, and never before the composer first appears.
