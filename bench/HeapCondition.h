@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The state of the heap a codec or load benchmark runs in, the same for both sides of a pair.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Reads the root array of an XML property list a piece at a time. A light scan finds where one
 // element of the root array ends and the next begins; pugixml then parses each run of elements,
 // wrapped in an array of its own, and what is left of the document at the end with its prologue.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Several stagings under one hold of the staging folder's lock: each gets what it gets alone.
 
 #include "TestSupport.h"

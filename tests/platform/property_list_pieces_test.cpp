@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The XML reader that reads a root array a run of elements at a time, against the whole read of
 // the same document: for every size of run, the same elements or the same fault.
 
