@@ -57,13 +57,28 @@ public:
         std::function<void(const QString& name, const QString& reason)> leftOut;
     };
     // Copies files and folders into this share's own folder of the staging folder under
-    // collision-free names; returns the staged paths of those that were copied, in input order. A folder is staged with the
-    // entries that could be copied; the others are logged and told to the observer.
+    // collision-free names; returns the staged paths of those that were copied, in input order. A
+    // folder is staged with the entries that could be copied; the others are logged and told to the
+    // observer.
     static QStringList ShareFiles(const QString& service, const QStringList& paths,
                                   const StagingObserver& observer = {});
     // Writes each buffer as "image.png" (or image_1.png ...) into this share's own folder.
     static QStringList ShareDatas(const QString& service, const QList<QByteArray>& datas,
                                   const StagingObserver& observer = {});
+    // One staging of a batch: files to copy as ShareFiles does, else image data to write as
+    // ShareDatas does; done is told the staged paths, on the staging thread.
+    struct StagingRequest {
+        QStringList paths;
+        QList<QByteArray> datas;
+        StagingObserver observer;
+        std::function<void(const QStringList& staged)> done;
+    };
+    // Stages the requests that take hands out, one after the other, under one hold of the
+    // staging folder's lock, each with the names, results and log lines it would have alone;
+    // take is asked again after each request until it has none. When the lock cannot be had,
+    // every request is told it staged nothing and logs its own line.
+    static void ShareBatch(const QString& service,
+                           const std::function<std::optional<StagingRequest>()>& take);
 
     // Receives the message made from the shared items; the error is always null.
     using MessageCompletion = std::function<void(const std::shared_ptr<ExtensionMessage>& message,

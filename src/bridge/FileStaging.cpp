@@ -336,6 +336,20 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
     if (S_ISREG(st.st_mode)) {
         // Reads block from here on; the flag only mattered for the open.
         ::fcntl(in.get(), F_SETFL, ::fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
+        // A file is written under a hidden temporary name of the folder itself, which no one
+        // takes for a staged file, and renamed into place: no folder to make and remove per file.
+        QByteArray templ = temporaryTemplate(folder);
+        FileDescriptor out(::mkostemp(templ.data(), O_CLOEXEC));
+        if (out.get() < 0)
+            return {{},
+                    Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
+                    {}};
+        TemporaryEntry temporary(templ);
+        Copy copy{progress, qint64(st.st_size), 0, {}};
+        if (auto error = copyFileData(in.get(), out.get(), st.st_size, copy, source))
+            return {{}, error, {}};
+        ::fchmod(out.get(), (st.st_mode & 0777) | S_IRUSR | S_IWUSR);
+        return publish(temporary, chooseName);
     }
 
     FileDescriptor folderFd(
@@ -351,15 +365,16 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
         return {{},
                 Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
                 {}};
-    // The copy is built inside a private temporary folder, so a half-made copy never has a name
-    // that anybody could take for a staged file; the finished entry is then moved into place.
+    // A folder's copy is built inside a private temporary folder, so a half-made copy never has
+    // a name that anybody could take for a staged file; the finished entry is then moved into
+    // place.
     TemporaryEntry holder(templ);
     FileDescriptor holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (holderFd.get() < 0)
         return {{},
                 Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
                 {}};
-    Copy copy{progress, S_ISREG(st.st_mode) ? qint64(st.st_size) : -1, 0, {}};
+    Copy copy{progress, -1, 0, {}};
     if (auto error = copyInto(in.get(), st, holderFd.get(), "item", source, 0, copy))
         return {{}, error, {}};
 

@@ -12,6 +12,9 @@
 #include <QUrl>
 
 #include <atomic>
+#include <deque>
+#include <mutex>
+#include <optional>
 #include <thread>
 
 namespace velmora {
@@ -55,56 +58,111 @@ void appendAttachments(ExtensionMessage& message, const QStringList& paths) {
     });
 }
 
+// The stagings of one share's answers. Whichever answer finds none under way stages its own and
+// every one that arrives meanwhile, in the order they arrive, under one hold of the staging
+// folder's lock; the others return at once and are finished by it. Answers that come in quick
+// succession, as a thousand files do, so take the lock once rather than once each.
+class StagingQueue {
+public:
+    explicit StagingQueue(QString service)
+        : m_service(std::move(service)) {}
+
+    void submit(ExtensionUtilities::StagingRequest request) {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_requests.push_back(std::move(request));
+            if (m_staging)
+                return;
+            m_staging = true;
+        }
+        ExtensionUtilities::ShareBatch(m_service, [this] { return take(); });
+    }
+
+private:
+    std::optional<ExtensionUtilities::StagingRequest> take() {
+        const std::lock_guard lock(m_mutex);
+        if (m_requests.empty()) {
+            m_staging = false; // the next request stages
+            return std::nullopt;
+        }
+        ExtensionUtilities::StagingRequest request = std::move(m_requests.front());
+        m_requests.pop_front();
+        return request;
+    }
+
+    const QString m_service;
+    std::mutex m_mutex;
+    std::deque<ExtensionUtilities::StagingRequest> m_requests;
+    bool m_staging = false;
+};
+
+using Queue = std::shared_ptr<StagingQueue>;
+// Called once an answer has been dealt with: staged, left out, or taken into the message.
+using Finish = std::function<void()>;
+
 // A URL provider's answer: a file is staged, a web link becomes an anchor and its item's title
 // the subject.
-void takeLink(const QString& service, ExtensionMessage& message,
+void takeLink(const Queue& queue, const std::shared_ptr<ExtensionMessage>& message,
               const std::optional<RichText>& title, const QVariant& answer,
-              const std::optional<Error>& error, const Status& status, quint64 id) {
+              const std::optional<Error>& error, const Status& status, quint64 id, Finish finish) {
     if (error) {
         Log::error(u"[%@] GetItemForExtension kUTTypeURL %@", error->text());
         status->leaveOut(kUnnamedItem, error->text());
-        return;
+        return finish();
     }
     if (answer.typeId() != QMetaType::QUrl) {
         const QString problem =
             QStringLiteral("not a URL: ") + QString::fromLatin1(answer.typeName());
         Log::error(u"[%@] GetItemForExtension kUTTypeURL %@", problem);
         status->leaveOut(kUnnamedItem, problem);
-        return;
+        return finish();
     }
     const QUrl url = answer.toUrl();
     if (url.isLocalFile()) {
         const QString path = url.toLocalFile();
         // Named at once: it may wait behind another copy before its own begins.
         status->progress(id, path, 0, -1);
-        appendAttachments(message, ExtensionUtilities::ShareFiles(service, {path},
-                                                                  observerFor(status, id, path)));
+        queue->submit({{path},
+                       {},
+                       observerFor(status, id, path),
+                       [message, finish = std::move(finish)](const QStringList& staged) {
+                           appendAttachments(*message, staged);
+                           finish();
+                       }});
         return;
     }
     const QString address = url.toString(QUrl::FullyEncoded);
-    message.withLock([&] {
-        message.setSubject(title ? title->string() : QString());
-        appendToBody(message, QStringLiteral("<a href=\"%1\">%1</a>").arg(address));
+    message->withLock([&] {
+        message->setSubject(title ? title->string() : QString());
+        appendToBody(*message, QStringLiteral("<a href=\"%1\">%1</a>").arg(address));
     });
+    finish();
 }
 
 // An image provider's answer: written as PNG into the staging folder.
-void takeImage(const QString& service, ExtensionMessage& message, const QVariant& answer,
-               const std::optional<Error>& error, const Status& status, quint64 id) {
+void takeImage(const Queue& queue, const std::shared_ptr<ExtensionMessage>& message,
+               const QVariant& answer, const std::optional<Error>& error, const Status& status,
+               quint64 id, Finish finish) {
     const QString name = QStringLiteral("image.png");
     if (error) {
         Log::error(u"[%@] GetItemForExtension kUTTypeImage %@", error->text());
         status->leaveOut(name, error->text());
-        return;
+        return finish();
     }
+    // Converted on the answer's own thread, so that images convert side by side.
     const PngConversion::Result png = PngConversion::fromItem(answer);
     if (const Error* failure = std::get_if<Error>(&png)) {
         Log::error(u"[%@] GetItemForExtension kUTTypeImage %@", failure->text());
         status->leaveOut(name, failure->text());
-        return;
+        return finish();
     }
-    appendAttachments(message, ExtensionUtilities::ShareDatas(service, {std::get<QByteArray>(png)},
-                                                              observerFor(status, id, name)));
+    queue->submit({{},
+                   {std::get<QByteArray>(png)},
+                   observerFor(status, id, name),
+                   [message, finish = std::move(finish)](const QStringList& staged) {
+                       appendAttachments(*message, staged);
+                       finish();
+                   }});
 }
 
 // The queue of the intake's wait (made at the priority of its first use). The wait holds its thread
@@ -122,31 +180,34 @@ DispatchQueue& intakeWaitQueue(DispatchQueue::Priority priority) {
 
 // Each provider asked is pending in the status from the request until its answer has been
 // staged (or left out), so that items that land after the delivery are still known.
-void requestAttachments(const QString& service, const std::shared_ptr<ExtensionMessage>& message,
+void requestAttachments(const Queue& queue, const std::shared_ptr<ExtensionMessage>& message,
                         const ExtensionItem& item, const PendingCount& pending,
                         const Status& status) {
     for (const auto& provider : item.attachments()) {
+        if (!provider->hasItemConformingToTypeIdentifier(kUTTypeURL) &&
+            !provider->hasItemConformingToTypeIdentifier(kUTTypeImage))
+            continue; // keeps its unit in the count: the wait runs to its limit
+        const quint64 id = status->begin();
+        Finish finish = [pending, status, id] {
+            pending->fetch_sub(1, std::memory_order_acq_rel);
+            status->finish(id);
+        };
         if (provider->hasItemConformingToTypeIdentifier(kUTTypeURL)) {
             // The callback keeps the title, not the item: the items stay with their request.
             provider->loadItemForTypeIdentifier(
                 kUTTypeURL, {},
-                [service, message, title = item.attributedTitle(), pending, status,
-                 id = status->begin()](const QVariant& answer, const std::optional<Error>& error) {
-                    takeLink(service, *message, title, answer, error, status, id);
-                    pending->fetch_sub(1, std::memory_order_acq_rel);
-                    status->finish(id);
+                [queue, message, title = item.attributedTitle(), status, id,
+                 finish](const QVariant& answer, const std::optional<Error>& error) {
+                    takeLink(queue, message, title, answer, error, status, id, finish);
                 });
-        } else if (provider->hasItemConformingToTypeIdentifier(kUTTypeImage)) {
+        } else {
             provider->loadItemForTypeIdentifier(
                 kUTTypeImage, {},
-                [service, message, pending, status,
-                 id = status->begin()](const QVariant& answer, const std::optional<Error>& error) {
-                    takeImage(service, *message, answer, error, status, id);
-                    pending->fetch_sub(1, std::memory_order_acq_rel);
-                    status->finish(id);
+                [queue, message, status, id, finish](const QVariant& answer,
+                                                     const std::optional<Error>& error) {
+                    takeImage(queue, message, answer, error, status, id, finish);
                 });
         }
-        // A provider of neither kind keeps its unit in the count: the wait runs to its limit.
     }
 }
 
@@ -173,6 +234,7 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
                 announced += item->attachments().size();
             const auto pending = std::make_shared<std::atomic<qint64>>(announced);
             const std::shared_ptr<ExtensionMessage> message = ExtensionMessage::init();
+            const auto queue = std::make_shared<StagingQueue>(service);
             // A share of nothing has a status of its own, which nobody reads.
             const Status status =
                 context ? context->stagingStatus() : std::make_shared<StagingStatus>();
@@ -184,7 +246,7 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
                     message->withLock(
                         [&] { appendToBody(*message, text->toHtml() + QStringLiteral("<br/>")); });
                 }
-                requestAttachments(service, message, *item, pending, status);
+                requestAttachments(queue, message, *item, pending, status);
             }
             // The request's items are released where their owner releases them, not here.
             items.clear();

@@ -12,6 +12,7 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
@@ -130,17 +131,34 @@ public:
     explicit XmlReader(const PropertyList::Limits& limits)
         : m_limits(limits) {}
 
+    // Where the bytes of the document being read lie in the whole one, for the offsets of errors.
+    void setOffsets(plist::OffsetMap map) { m_map = map; }
+
     QVariant read(const pugi::xml_document& doc) { return value(rootValue(doc), 1); }
 
     // Visits the elements of a root array one at a time; a dictionary is handed over as its
-    // entries.
+    // entries. The root counts as one value however many pieces of it are read.
     void forEachTopElement(const pugi::xml_document& doc, PropertyListElementVisitor& visitor) {
         const pugi::xml_node root = rootValue(doc);
         if (std::strcmp(root.name(), "array") != 0)
             fail(root, QStringLiteral("the root is <%1>, not an array")
                            .arg(QString::fromUtf8(root.name())));
+        forEachElementOf(root, visitor);
+    }
+
+    // The same for a run of the root array's elements, read as the children of root. Text before
+    // the run's first element is reported at textAt when given (where the whole read would).
+    void forEachElementOf(const pugi::xml_node& root, PropertyListElementVisitor& visitor,
+                          std::optional<qint64> textAt = {}) {
+        if (textAt && !isBlank(valueOf(root)))
+            throw Malformed{QStringLiteral("text %1 inside <%2> at byte %3")
+                                .arg(quoted(valueOf(root)), QLatin1String(root.name()))
+                                .arg(*textAt)};
         refuseText(root);
-        ++m_objects;
+        if (!m_rootCounted) {
+            ++m_objects;
+            m_rootCounted = true;
+        }
         std::vector<PropertyListEntry> view;
         for (const pugi::xml_node& child : root.children()) {
             if (!isElement(child))
@@ -161,12 +179,12 @@ public:
     }
 
 private:
-    [[noreturn]] static void fail(const pugi::xml_node& node, const QString& what) {
-        throw Malformed{QStringLiteral("%1 at byte %2").arg(what).arg(node.offset_debug())};
+    [[noreturn]] void fail(const pugi::xml_node& node, const QString& what) const {
+        throw Malformed{QStringLiteral("%1 at byte %2").arg(what).arg(m_map(node.offset_debug()))};
     }
 
     // The element holding the document's value: the one child of <plist>, or a bare root value.
-    static pugi::xml_node rootValue(const pugi::xml_document& doc) {
+    pugi::xml_node rootValue(const pugi::xml_document& doc) const {
         const pugi::xml_node root =
             onlyElement(doc, QStringLiteral("content after the root element"));
         if (!root)
@@ -182,7 +200,7 @@ private:
     }
 
     // The one element among the children, blank text aside; null when there is none.
-    static pugi::xml_node onlyElement(const pugi::xml_node& parent, const QString& whenMore) {
+    pugi::xml_node onlyElement(const pugi::xml_node& parent, const QString& whenMore) const {
         pugi::xml_node only;
         for (const pugi::xml_node& child : parent.children()) {
             if (isCharacterData(child) && isBlank(valueOf(child)))
@@ -361,14 +379,14 @@ private:
     }
 
     // A container's own text, which comes before its first element, must be blank.
-    static void refuseText(const pugi::xml_node& node) {
+    void refuseText(const pugi::xml_node& node) const {
         if (!isBlank(valueOf(node)))
             fail(node, QStringLiteral("text %1 inside <%2>")
                            .arg(quoted(valueOf(node)), QLatin1String(node.name())));
     }
 
     // True for an element; skips blank text between elements and refuses any other text.
-    static bool isElement(const pugi::xml_node& node) {
+    bool isElement(const pugi::xml_node& node) const {
         if (node.type() == pugi::node_element)
             return true;
         if (isCharacterData(node) && !isBlank(valueOf(node)))
@@ -378,7 +396,9 @@ private:
     }
 
     const PropertyList::Limits& m_limits;
+    plist::OffsetMap m_map;
     qint64 m_objects = 0;
+    bool m_rootCounted = false;
     std::string m_scratch;
     // The entries of the root array's current dictionary.
     std::vector<std::pair<QString, QVariant>> m_held;
@@ -392,7 +412,9 @@ namespace {
 // Parses data, which must outlive doc, in place: the document is built inside data's own buffer,
 // which it changes. Every caller parses this way, so all read a document alike (pugixml treats
 // a NUL inside its own copy of a buffer differently from one inside a buffer parsed in place).
-void loadDocument(pugi::xml_document& doc, QByteArray& data, const PropertyList::Limits& limits) {
+// map places an error's offset in the whole document when data is a piece of it.
+void loadDocument(pugi::xml_document& doc, QByteArray& data, const PropertyList::Limits& limits,
+                  plist::OffsetMap map = {}) {
     plist::checkInputSize(data.size(), limits);
     // pugixml never reads a DTD: the five predefined entities and character references are
     // all it expands, and a document type declaration is skipped. A whitespace-only
@@ -405,24 +427,54 @@ void loadDocument(pugi::xml_document& doc, QByteArray& data, const PropertyList:
     if (!parsed)
         throw Malformed{QStringLiteral("%1 at byte %2")
                             .arg(QString::fromUtf8(parsed.description()))
-                            .arg(parsed.offset)};
+                            .arg(map(parsed.offset))};
 }
 
 } // namespace
 
 namespace plist {
 
-void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
-                            PropertyListElementVisitor& visitor) {
+struct XmlArrayPieces::Reader {
+    explicit Reader(const PropertyList::Limits& limits)
+        : reader(limits) {}
+    XmlReader reader;
+};
+
+XmlArrayPieces::XmlArrayPieces(const PropertyList::Limits& limits,
+                               PropertyListElementVisitor& visitor)
+    : m_limits(limits)
+    , m_visitor(visitor)
+    , m_reader(std::make_unique<Reader>(limits)) {}
+
+XmlArrayPieces::~XmlArrayPieces() = default;
+
+void XmlArrayPieces::run(QByteArray& buffer, OffsetMap map, qint64 rootAt) {
     pugi::xml_document doc;
-    loadDocument(doc, data, limits);
-    XmlReader(limits).forEachTopElement(doc, visitor);
+    loadDocument(doc, buffer, m_limits, map);
+    m_reader->reader.setOffsets(map);
+    // A run that closed the wrapper early would leave more at the top than the wrapper.
+    const pugi::xml_node wrapper = doc.first_child();
+    if (!wrapper || wrapper != doc.last_child() || wrapper.type() != pugi::node_element)
+        throw Malformed{QStringLiteral("content after the root element at byte %1")
+                            .arg(map(qint64(buffer.size())))};
+    // Text before the run's first element: the root's own text in the first run, else text
+    // between two elements, which the whole read reports where it starts.
+    const char* text = wrapper.value();
+    const qint64 textAt = rootAt >= 0 || !*text ? rootAt : map(qint64(text - buffer.constData()));
+    m_reader->reader.forEachElementOf(wrapper, m_visitor, textAt);
+}
+
+void XmlArrayPieces::document(QByteArray& buffer, OffsetMap map) {
+    pugi::xml_document doc;
+    loadDocument(doc, buffer, m_limits, map);
+    m_reader->reader.setOffsets(map);
+    m_reader->reader.forEachTopElement(doc, m_visitor);
 }
 
 void forEachXmlArrayElement(QByteArray data, const PropertyList::Limits& limits,
-                            const ElementVisitor& visit) {
+                            const ElementVisitor& visit, qsizetype pieceBytes) {
     TreeVisitor visitor(visit);
-    forEachXmlArrayElement(std::move(data), limits, visitor);
+    forEachXmlArrayElement(std::move(data), limits, visitor, pieceBytes);
 }
 
 } // namespace plist

@@ -4,6 +4,7 @@
 
 #include "platform/RegularFile.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/FileNames.h"
 #include "platform/LocalizedString.h"
 
@@ -16,20 +17,22 @@
 
 namespace velmora::RegularFile {
 
-Result read(const QString& path, qint64 maxBytes) {
-    const QString what = u'"' + FileNames::displayable(path) + u'"';
-    const int fd =
-        ::open(FileNames::encode(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (fd < 0)
+namespace {
+
+QString quotedName(const QString& path) {
+    return u'"' + FileNames::displayable(path) + u'"';
+}
+
+} // namespace
+
+Opened open(const QString& path, qint64 maxBytes) {
+    const QString what = quotedName(path);
+    FileDescriptor fd(
+        ::open(FileNames::encode(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (fd.get() < 0)
         return Error::posix(errno, LocalizedString("cannot open %1").arg(what));
-    QFile file;
-    // The QFile closes the descriptor from here on, on every path out.
-    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(fd);
-        return Error::posix(EIO, LocalizedString("cannot read %1").arg(what));
-    }
     struct stat st {};
-    if (::fstat(fd, &st) < 0)
+    if (::fstat(fd.get(), &st) < 0)
         return Error::posix(errno, LocalizedString("cannot read %1").arg(what));
     if (!S_ISREG(st.st_mode))
         return Error::posix(EINVAL,
@@ -37,6 +40,20 @@ Result read(const QString& path, qint64 maxBytes) {
     if (st.st_size > maxBytes)
         return Error::posix(EFBIG, LocalizedString("cannot read %1").arg(what));
     // Reads of a regular file ignore O_NONBLOCK.
+    return fd.release();
+}
+
+Result read(const QString& path, qint64 maxBytes) {
+    const QString what = quotedName(path);
+    Opened opened = open(path, maxBytes);
+    if (const Error* error = std::get_if<Error>(&opened))
+        return *error;
+    QFile file;
+    // The QFile closes the descriptor from here on, on every path out.
+    if (!file.open(std::get<int>(opened), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(std::get<int>(opened));
+        return Error::posix(EIO, LocalizedString("cannot read %1").arg(what));
+    }
     QByteArray data = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return Error::posix(EIO,

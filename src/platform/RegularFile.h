@@ -24,6 +24,11 @@ using Result = std::variant<QByteArray, Error>;
 // is not a regular file, EFBIG when it holds more than maxBytes.
 Result read(const QString& path, qint64 maxBytes);
 
+// The file opened for reading a part at a time, after the checks of read: its descriptor, which
+// the caller closes, or the errors of read.
+using Opened = std::variant<int, Error>;
+Opened open(const QString& path, qint64 maxBytes);
+
 } // namespace RegularFile
 
 } // namespace velmora
