@@ -1,0 +1,178 @@
+#include "composer/SpellHighlighter.h"
+
+#include "composer/Speller.h"
+
+#include <QTextDocument>
+
+#include <chrono>
+
+namespace velmora {
+
+namespace {
+
+// How long one turn of the event loop may spend checking: well inside a frame, so typing and
+// scrolling stay smooth while a long text is checked.
+constexpr qint64 kTurnBudgetMs = 5;
+
+// What a block was last checked with, and whether every word of it was.
+struct CheckedBlock : QTextBlockUserData {
+    int generation = 0;
+    bool complete = false;
+};
+
+} // namespace
+
+SpellHighlighter::SpellHighlighter(QTextDocument* document)
+    : QSyntaxHighlighter(document) {
+    m_format.setUnderlineStyle(QTextCharFormat::SpellCheckUnderline);
+    m_slicer.setSingleShot(true);
+    m_slicer.setInterval(0);
+    connect(&m_slicer, &QTimer::timeout, this, &SpellHighlighter::checkSlice);
+}
+
+SpellHighlighter::~SpellHighlighter() = default;
+
+void SpellHighlighter::setSpeller(std::shared_ptr<Speller> speller) {
+    if (speller == m_speller)
+        return;
+    m_speller = std::move(speller);
+    recheckAll();
+}
+
+void SpellHighlighter::setUnderlineColor(const QColor& color) {
+    if (color == m_format.underlineColor())
+        return;
+    m_format.setUnderlineColor(color);
+    recheckAll();
+}
+
+void SpellHighlighter::setVisibleBlocks(std::function<std::pair<int, int>()> visibleBlocks) {
+    m_visibleBlocks = std::move(visibleBlocks);
+}
+
+void SpellHighlighter::recheckAll() {
+    ++m_generation;
+    m_resumeBlock = 0;
+    m_slicer.start();
+}
+
+std::optional<WordRange> SpellHighlighter::misspeltWordAt(int position) {
+    if (!m_speller || !document())
+        return std::nullopt;
+    const QTextBlock block = document()->findBlock(position);
+    if (!block.isValid())
+        return std::nullopt;
+    const QString text = block.text();
+    const qsizetype at = position - block.position();
+    for (const WordRange& word : wordsToCheck(text)) {
+        if (at < word.start || at > word.start + word.length)
+            continue;
+        if (m_speller->isCorrect(text.sliced(word.start, word.length)))
+            return std::nullopt;
+        return WordRange{block.position() + word.start, word.length};
+    }
+    return std::nullopt;
+}
+
+void SpellHighlighter::highlightBlock(const QString& text) {
+    startTurn();
+    const bool firstOfTurn = !m_turnHasBlock;
+    m_turnHasBlock = true;
+    auto checked = std::make_unique<CheckedBlock>();
+    checked->generation = m_generation;
+    checked->complete = true;
+    // Past the budget, a block is only marked for a later turn; the first block of a turn is
+    // always looked at (it is the one being typed in), and at least one new word checked.
+    if (m_speller && !firstOfTurn && turnOver()) {
+        checked->complete = false;
+    } else if (m_speller) {
+        bool checkedOne = false;
+        for (const WordRange& range : wordsToCheck(text)) {
+            const QString word = text.sliced(range.start, range.length);
+            std::optional<bool> correct = m_speller->knownVerdict(word);
+            if (!correct) {
+                if (checkedOne && turnOver()) {
+                    checked->complete = false;
+                    continue;
+                }
+                correct = m_speller->isCorrect(word);
+                checkedOne = true;
+            }
+            if (!*correct)
+                setFormat(int(range.start), int(range.length), m_format);
+        }
+    }
+    const bool complete = checked->complete;
+    setCurrentBlockUserData(checked.release());
+    if (!complete)
+        markStale(currentBlock().blockNumber());
+}
+
+void SpellHighlighter::startTurn() {
+    if (m_turnStarted)
+        return;
+    m_turnStarted = true;
+    m_turnHasBlock = false;
+    m_turn.start();
+    // The zero timer fires once this turn of the event loop is done, and ends the turn.
+    if (!m_slicer.isActive())
+        m_slicer.start();
+}
+
+bool SpellHighlighter::turnOver() const {
+    return m_turn.elapsed() >= kTurnBudgetMs;
+}
+
+void SpellHighlighter::markStale(int blockNumber) {
+    m_resumeBlock = std::min(m_resumeBlock, blockNumber);
+    if (!m_slicer.isActive())
+        m_slicer.start();
+}
+
+bool SpellHighlighter::isStale(const QTextBlock& block) const {
+    const auto* checked = dynamic_cast<const CheckedBlock*>(block.userData());
+    return !checked || !checked->complete || checked->generation != m_generation;
+}
+
+void SpellHighlighter::checkSlice() {
+    m_turnStarted = false;
+    QTextDocument* const doc = document();
+    if (!doc)
+        return;
+    startTurn();
+    if (m_visibleBlocks) {
+        const auto [first, last] = m_visibleBlocks();
+        for (QTextBlock block = doc->findBlockByNumber(first);
+             block.isValid() && block.blockNumber() <= last && !turnOver(); block = block.next())
+            if (isStale(block))
+                rehighlightBlock(block);
+    }
+    QTextBlock block = doc->findBlockByNumber(m_resumeBlock);
+    while (block.isValid() && !turnOver()) {
+        if (isStale(block)) {
+            rehighlightBlock(block);
+            if (isStale(block))
+                break; // checked in part: the rest of it next turn
+        }
+        block = block.next();
+    }
+    m_turnStarted = false;
+    if (block.isValid()) {
+        m_resumeBlock = block.blockNumber();
+        m_slicer.start();
+    } else {
+        m_resumeBlock = doc->blockCount();
+        m_slicer.stop();
+    }
+}
+
+} // namespace velmora
+
+namespace velmora {
+
+QColor misspellingColor(const QPalette& palette) {
+    const float textLightness = palette.color(QPalette::Text).lightnessF();
+    return QColor::fromHslF(0.0f, 0.85f, 0.35f + 0.3f * textLightness);
+}
+
+} // namespace velmora
