@@ -2,7 +2,9 @@
 
 #include "composer/Speller.h"
 
+#include <QTextBlock>
 #include <QTextDocument>
+#include <QTextLayout>
 
 #include <chrono>
 
@@ -74,6 +76,28 @@ std::optional<WordRange> SpellHighlighter::misspeltWordAt(int position) {
     return std::nullopt;
 }
 
+QList<WordRange> SpellHighlighter::misspellings(const QString& text, bool* complete) {
+    QList<WordRange> misspelt;
+    *complete = true;
+    bool checkedOne = false;
+    for (const WordRange& range : wordsToCheck(text)) {
+        const QString word = text.sliced(range.start, range.length);
+        std::optional<bool> correct = m_speller->knownVerdict(word);
+        if (!correct) {
+            // At least one new word per call, so that every turn gets on.
+            if (checkedOne && turnOver()) {
+                *complete = false;
+                continue;
+            }
+            correct = m_speller->isCorrect(word);
+            checkedOne = true;
+        }
+        if (!*correct)
+            misspelt.append(range);
+    }
+    return misspelt;
+}
+
 void SpellHighlighter::highlightBlock(const QString& text) {
     startTurn();
     const bool firstOfTurn = !m_turnHasBlock;
@@ -82,30 +106,40 @@ void SpellHighlighter::highlightBlock(const QString& text) {
     checked->generation = m_generation;
     checked->complete = true;
     // Past the budget, a block is only marked for a later turn; the first block of a turn is
-    // always looked at (it is the one being typed in), and at least one new word checked.
+    // always looked at (it is the one being typed in).
     if (m_speller && !firstOfTurn && turnOver()) {
         checked->complete = false;
     } else if (m_speller) {
-        bool checkedOne = false;
-        for (const WordRange& range : wordsToCheck(text)) {
-            const QString word = text.sliced(range.start, range.length);
-            std::optional<bool> correct = m_speller->knownVerdict(word);
-            if (!correct) {
-                if (checkedOne && turnOver()) {
-                    checked->complete = false;
-                    continue;
-                }
-                correct = m_speller->isCorrect(word);
-                checkedOne = true;
-            }
-            if (!*correct)
-                setFormat(int(range.start), int(range.length), m_format);
-        }
+        for (const WordRange& range : misspellings(text, &checked->complete))
+            setFormat(int(range.start), int(range.length), m_format);
     }
     const bool complete = checked->complete;
     setCurrentBlockUserData(checked.release());
     if (!complete)
         markStale(currentBlock().blockNumber());
+}
+
+bool SpellHighlighter::checkStaleBlock(QTextBlock block) {
+    auto checked = std::make_unique<CheckedBlock>();
+    checked->generation = m_generation;
+    checked->complete = true;
+    QList<QTextLayout::FormatRange> formats;
+    if (m_speller) {
+        for (const WordRange& range : misspellings(block.text(), &checked->complete))
+            formats.append({int(range.start), int(range.length), m_format});
+    }
+    const bool complete = checked->complete;
+    block.setUserData(checked.release());
+    // The wave is set on the block's layout directly, as the highlighter would, but only where
+    // it changes: telling the document's layout about each block one by one costs a walk over
+    // the whole document every time.
+    if (formats != block.layout()->formats()) {
+        block.layout()->setFormats(formats);
+        const int end = block.position() + block.length();
+        m_dirtyFrom = m_dirtyFrom < 0 ? block.position() : std::min(m_dirtyFrom, block.position());
+        m_dirtyTo = std::max(m_dirtyTo, end);
+    }
+    return complete;
 }
 
 void SpellHighlighter::startTurn() {
@@ -144,17 +178,20 @@ void SpellHighlighter::checkSlice() {
         const auto [first, last] = m_visibleBlocks();
         for (QTextBlock block = doc->findBlockByNumber(first);
              block.isValid() && block.blockNumber() <= last && !turnOver(); block = block.next())
-            if (isStale(block))
-                rehighlightBlock(block);
+            if (isStale(block) && !checkStaleBlock(block))
+                markStale(block.blockNumber());
     }
     QTextBlock block = doc->findBlockByNumber(m_resumeBlock);
     while (block.isValid() && !turnOver()) {
-        if (isStale(block)) {
-            rehighlightBlock(block);
-            if (isStale(block))
-                break; // checked in part: the rest of it next turn
-        }
+        if (isStale(block) && !checkStaleBlock(block))
+            break; // checked in part: the rest of it next turn
         block = block.next();
+    }
+    // One change for the document's layout, however many blocks got a new wave.
+    if (m_dirtyFrom >= 0) {
+        doc->markContentsDirty(m_dirtyFrom, m_dirtyTo - m_dirtyFrom);
+        m_dirtyFrom = -1;
+        m_dirtyTo = -1;
     }
     m_turnStarted = false;
     if (block.isValid()) {

@@ -59,6 +59,10 @@ private:
     void markStale(int blockNumber);
     bool isStale(const QTextBlock& block) const;
     void checkSlice();
+    // The misspelt words of a block's text; *complete is false when the turn ran out first.
+    QList<WordRange> misspellings(const QString& text, bool* complete);
+    // Checks a block outside the highlighter's own pass; false when only in part.
+    bool checkStaleBlock(QTextBlock block);
 
     std::shared_ptr<Speller> m_speller;
     QTextCharFormat m_format;
@@ -72,6 +76,9 @@ private:
     bool m_turnHasBlock = false;
     QTimer m_slicer;
     int m_resumeBlock = 0;
+    // The part of the document whose wave changed in this slice.
+    int m_dirtyFrom = -1;
+    int m_dirtyTo = -1;
 };
 
 } // namespace velmora

@@ -53,7 +53,7 @@ Speller::Speller(const QList<DictionaryFile>& dictionaries, const QString& perso
         m_dictionaries.push_back(std::move(dictionary));
     }
     QFile list(m_personalWordList);
-    if (!list.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (m_personalWordList.isEmpty() || !list.open(QIODevice::ReadOnly | QIODevice::Text))
         return;
     for (const QString& line : QString::fromUtf8(list.readAll()).split(u'\n')) {
         const QString word = line.trimmed();
@@ -131,6 +131,8 @@ bool Speller::addToDictionary(const QString& word) {
     if (trimmed.isEmpty() || trimmed.contains(u'\n'))
         return false;
     accept(trimmed);
+    if (m_personalWordList.isEmpty())
+        return false;
     QDir().mkpath(QFileInfo(m_personalWordList).absolutePath());
     QFile list(m_personalWordList);
     if (!list.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text) ||
