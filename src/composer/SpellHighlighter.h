@@ -63,6 +63,8 @@ private:
     QList<WordRange> misspellings(const QString& text, bool* complete);
     // Checks a block outside the highlighter's own pass; false when only in part.
     bool checkStaleBlock(QTextBlock block);
+    // Tells the document's layout about the blocks whose wave changed in this slice.
+    void layOutChangedBlocks();
 
     std::shared_ptr<Speller> m_speller;
     QTextCharFormat m_format;
@@ -79,6 +81,9 @@ private:
     // The part of the document whose wave changed in this slice.
     int m_dirtyFrom = -1;
     int m_dirtyTo = -1;
+    // What laying out a character again costs, learnt as slices go; the first guess is on the
+    // safe side.
+    double m_layoutMsPerChar = 0.002;
 };
 
 } // namespace velmora
