@@ -10,6 +10,7 @@
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -72,6 +73,9 @@ ExtensionContentTextView::ExtensionContentTextView(const QRect& frame, QWidget* 
     m_spellHighlighter = new SpellHighlighter(document());
     m_spellHighlighter->setParent(this);
     m_spellHighlighter->setUnderlineColor(misspellingColor(palette()));
+    m_spellHighlighter->setCaret([this] { return textCursor().position(); });
+    connect(this, &QTextEdit::cursorPositionChanged, m_spellHighlighter,
+            &SpellHighlighter::caretMoved);
     m_spellHighlighter->setVisibleBlocks([this] {
         const QRect area = viewport()->rect();
         return std::pair{cursorForPosition(area.topLeft()).blockNumber(),
@@ -155,13 +159,21 @@ void ExtensionContentTextView::setSpeller(std::shared_ptr<Speller> speller) {
 void ExtensionContentTextView::checkSpellingForUser() {
     const int request = ++m_spellerRequest;
     const std::weak_ptr<int> alive = m_lifetime;
-    DispatchQueue::global(DispatchQueue::Priority::Background).async([this, alive, request] {
-        std::shared_ptr<Speller> loaded = Speller::loadForUser();
-        MainQueue::async([this, alive, request, loaded = std::move(loaded)]() mutable {
-            if (alive.lock() && request == m_spellerRequest)
-                m_spellHighlighter->setSpeller(std::move(loaded));
+    // Only the reading of the dictionaries happens on the worker; the environment, the locale
+    // and the paths are read here.
+    QStringList languages = QLocale::system().uiLanguages();
+    QStringList folders = dictionaryFolders();
+    QString wordList = personalWordListPath();
+    // Moved, not copied, so the worker holds the only reference to each list.
+    DispatchQueue::global(DispatchQueue::Priority::Background)
+        .async([this, alive, request, languages = std::move(languages),
+                folders = std::move(folders), wordList = std::move(wordList)] {
+            std::shared_ptr<Speller> loaded = Speller::load(languages, folders, wordList);
+            MainQueue::async([this, alive, request, loaded = std::move(loaded)]() mutable {
+                if (alive.lock() && request == m_spellerRequest)
+                    m_spellHighlighter->setSpeller(std::move(loaded));
+            });
         });
-    });
 }
 
 bool ExtensionContentTextView::isCheckingSpelling() const {

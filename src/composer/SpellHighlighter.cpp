@@ -6,8 +6,6 @@
 #include <QTextDocument>
 #include <QTextLayout>
 
-#include <chrono>
-
 namespace velmora {
 
 namespace {
@@ -50,6 +48,23 @@ void SpellHighlighter::setUnderlineColor(const QColor& color) {
 
 void SpellHighlighter::setVisibleBlocks(std::function<std::pair<int, int>()> visibleBlocks) {
     m_visibleBlocks = std::move(visibleBlocks);
+}
+
+void SpellHighlighter::setCaret(std::function<int()> caret) {
+    m_caret = std::move(caret);
+}
+
+void SpellHighlighter::caretMoved() {
+    if (m_heldBack < 0 || !document() || (m_caret && m_caret() == m_heldBack))
+        return;
+    // The word left alone while it was typed is checked in the next turn.
+    const QTextBlock block = document()->findBlock(m_heldBack);
+    m_heldBack = -1;
+    if (!block.isValid())
+        return;
+    if (auto* checked = dynamic_cast<CheckedBlock*>(block.userData()))
+        checked->complete = false;
+    markStale(block.blockNumber());
 }
 
 void SpellHighlighter::recheckAll() {
@@ -110,8 +125,19 @@ void SpellHighlighter::highlightBlock(const QString& text) {
     if (m_speller && !firstOfTurn && turnOver()) {
         checked->complete = false;
     } else if (m_speller) {
-        for (const WordRange& range : misspellings(text, &checked->complete))
-            setFormat(int(range.start), int(range.length), m_format);
+        // The word the caret ends is still being typed: it is left alone until the caret leaves
+        // it, so that a half-typed word does not flash.
+        const int blockStart = currentBlock().position();
+        const int caret = m_caret ? m_caret() : -1;
+        if (caret >= blockStart && caret < blockStart + currentBlock().length())
+            m_heldBack = -1;
+        for (const WordRange& range : misspellings(text, &checked->complete)) {
+            const int end = blockStart + int(range.start + range.length);
+            if (end == caret)
+                m_heldBack = end;
+            if (end != m_heldBack)
+                setFormat(int(range.start), int(range.length), m_format);
+        }
     }
     const bool complete = checked->complete;
     setCurrentBlockUserData(checked.release());
@@ -126,7 +152,8 @@ bool SpellHighlighter::checkStaleBlock(QTextBlock block) {
     QList<QTextLayout::FormatRange> formats;
     if (m_speller) {
         for (const WordRange& range : misspellings(block.text(), &checked->complete))
-            formats.append({int(range.start), int(range.length), m_format});
+            if (block.position() + range.start + range.length != m_heldBack)
+                formats.append({int(range.start), int(range.length), m_format});
     }
     const bool complete = checked->complete;
     block.setUserData(checked.release());

@@ -39,6 +39,11 @@ public:
     // Gives the numbers of the first and last blocks on screen, checked before the others.
     void setVisibleBlocks(std::function<std::pair<int, int>()> visibleBlocks);
 
+    // Gives the caret's position in the document. A misspelt word that ends at the caret when
+    // it is typed is not underlined until the caret moves away (call caretMoved then).
+    void setCaret(std::function<int()> caret);
+    void caretMoved();
+
     // Checks every block again, in slices as after a large change (after the speller learnt a
     // word, say).
     void recheckAll();
@@ -69,6 +74,9 @@ private:
     std::shared_ptr<Speller> m_speller;
     QTextCharFormat m_format;
     std::function<std::pair<int, int>()> m_visibleBlocks;
+    std::function<int()> m_caret;
+    // Where the word left alone while being typed ends; -1: none.
+    int m_heldBack = -1;
     // What a block was last checked with; a block checked with an older one is checked again.
     int m_generation = 0;
     // Each turn of the event loop has a budget, counted from the first block it checks; the

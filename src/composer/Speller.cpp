@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLocale>
 
 #include <hunspell/hunspell.hxx>
 
@@ -76,10 +75,6 @@ std::shared_ptr<Speller> Speller::load(const QStringList& languages, const QStri
     Log::write(u"Spell checking off: no Hunspell dictionary for %@ in %@",
                {languages.join(QStringLiteral(", ")), folders.join(u':')});
     return nullptr;
-}
-
-std::shared_ptr<Speller> Speller::loadForUser() {
-    return load(QLocale::system().uiLanguages(), dictionaryFolders(), personalWordListPath());
 }
 
 QStringList Speller::dictionaryNames() const {

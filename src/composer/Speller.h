@@ -28,9 +28,6 @@ public:
     // installed for any of them, which is said in the log.
     static std::shared_ptr<Speller> load(const QStringList& languages, const QStringList& folders,
                                          const QString& personalWordList);
-    // The same for the user: the languages of the system locale, the dictionaries where the
-    // desktop keeps them, the word list in the user's configuration.
-    static std::shared_ptr<Speller> loadForUser();
 
     // The dictionaries that loaded ("en_US", "it_IT").
     QStringList dictionaryNames() const;

@@ -144,6 +144,22 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWord) {
     menu->close();
 }
 
+TEST(SpellCheck, TheWordBeingTypedIsUnderlinedOnceTheCaretLeavesIt) {
+    Body body;
+    ASSERT_TRUE(body.view.speller());
+    body.view.setFocus();
+    const auto underlinedAfterTyping = [&](const char* keys) {
+        QTest::keyClicks(&body.view, QString::fromLatin1(keys));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }));
+        return underlinedWords(*body.view.document());
+    };
+    EXPECT_EQ(underlinedAfterTyping("Please sned"), QStringList());
+    EXPECT_EQ(underlinedAfterTyping(" teh"), QStringList{"sned"});
+    body.view.moveCursor(QTextCursor::Start);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }));
+    EXPECT_EQ(underlinedWords(*body.view.document()), (QStringList{"sned", "teh"}));
+}
+
 TEST(SpellCheck, AddedWordsTakeEffectAtOnceAndPersistForTheNextBody) {
     Body body;
     ASSERT_TRUE(body.view.speller());
