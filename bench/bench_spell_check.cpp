@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Spell checking a 1 MiB body: what a keystroke costs the user interface with the checker on,
 // against the same text in a QTextEdit without one, and how long the longest turn of the event
 // loop lasts while a freshly set 1 MiB body is checked.
