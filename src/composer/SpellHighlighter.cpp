@@ -121,6 +121,12 @@ void SpellHighlighter::highlightBlock(const QString& text) {
     startTurn();
     const bool firstOfTurn = !m_turnHasBlock;
     m_turnHasBlock = true;
+    // A word that ends at the caret while its block is edited is still being typed: it is left
+    // alone until the caret leaves it, so that a half-typed word does not flash.
+    const int blockStart = currentBlock().position();
+    const int caret = m_caret ? m_caret() : -1;
+    if (caret >= blockStart && caret < blockStart + currentBlock().length())
+        m_heldBack = caret;
     auto checked = std::make_unique<CheckedBlock>();
     checked->generation = m_generation;
     checked->complete = true;
@@ -129,19 +135,9 @@ void SpellHighlighter::highlightBlock(const QString& text) {
     if (m_speller && !firstOfTurn && turnOver()) {
         checked->complete = false;
     } else if (m_speller) {
-        // The word the caret ends is still being typed: it is left alone until the caret leaves
-        // it, so that a half-typed word does not flash.
-        const int blockStart = currentBlock().position();
-        const int caret = m_caret ? m_caret() : -1;
-        if (caret >= blockStart && caret < blockStart + currentBlock().length())
-            m_heldBack = -1;
-        for (const WordRange& range : misspellings(text, &checked->complete)) {
-            const int end = blockStart + int(range.start + range.length);
-            if (end == caret)
-                m_heldBack = end;
-            if (end != m_heldBack)
+        for (const WordRange& range : misspellings(text, &checked->complete))
+            if (blockStart + range.start + range.length != m_heldBack)
                 setFormat(int(range.start), int(range.length), m_format);
-        }
     }
     const bool complete = checked->complete;
     setCurrentBlockUserData(checked.release());

@@ -79,7 +79,8 @@ private:
     QTextCharFormat m_format;
     std::function<std::pair<int, int>()> m_visibleBlocks;
     std::function<int()> m_caret;
-    // Where the word left alone while being typed ends; -1: none.
+    // The caret's place when its block was last edited: a word ending there is being typed and
+    // is left alone; -1: none.
     int m_heldBack = -1;
     // What a block was last checked with; a block checked with an older one is checked again.
     int m_generation = 0;
