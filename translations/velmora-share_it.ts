@@ -21,6 +21,11 @@ SPDX-License-Identifier: MIT
         <translation>%1 di %2</translation>
     </message>
     <message>
+        <source>Add to Dictionary</source>
+        <extracomment>In the body's context menu on a misspelt word: accept the word from now on and keep it in the personal word list.</extracomment>
+        <translation>Aggiungi al dizionario</translation>
+    </message>
+    <message>
         <source>Bcc:</source>
         <extracomment>Heading of the blind-copy recipients that a shared mail link brought, shown under To.</extracomment>
         <translation>Ccn:</translation>
@@ -49,6 +54,11 @@ SPDX-License-Identifier: MIT
         <source>No Name</source>
         <extracomment>Name of a contact group that has none.</extracomment>
         <translation>Senza nome</translation>
+    </message>
+    <message>
+        <source>No Suggestions</source>
+        <extracomment>In the body's context menu on a misspelt word for which the dictionaries have no replacement; not clickable.</extracomment>
+        <translation>Nessun suggerimento</translation>
     </message>
     <message>
         <source>No subject</source>

@@ -4,10 +4,18 @@
 
 #include "composer/ExtensionContentTextView.h"
 
+#include "composer/SpellHighlighter.h"
+#include "composer/Speller.h"
+#include "composer/SpellingMenu.h"
 #include "composer/TextCommands.h"
+#include "platform/DispatchQueue.h"
 #include "platform/InertTextDocument.h"
+#include "platform/MainQueue.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QLocale>
+#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
@@ -66,6 +74,17 @@ ExtensionContentTextView::ExtensionContentTextView(const QRect& frame, QWidget* 
     // Nothing can be dropped in, whatever its kind.
     setAcceptDrops(false);
     viewport()->setAcceptDrops(false);
+    m_spellHighlighter = new SpellHighlighter(document());
+    m_spellHighlighter->setParent(this);
+    m_spellHighlighter->setUnderlineColor(misspellingColor(palette()));
+    m_spellHighlighter->setCaret([this] { return textCursor().position(); });
+    connect(this, &QTextEdit::cursorPositionChanged, m_spellHighlighter,
+            &SpellHighlighter::caretMoved);
+    m_spellHighlighter->setVisibleBlocks([this] {
+        const QRect area = viewport()->rect();
+        return std::pair{cursorForPosition(area.topLeft()).blockNumber(),
+                         cursorForPosition(area.bottomRight()).blockNumber()};
+    });
 }
 
 bool ExtensionContentTextView::textView(ExtensionContentTextView* textView,
@@ -130,6 +149,61 @@ void ExtensionContentTextView::mousePressEvent(QMouseEvent* event) {
         }
     }
     QTextEdit::mousePressEvent(event);
+}
+
+std::shared_ptr<Speller> ExtensionContentTextView::speller() const {
+    return m_spellHighlighter->speller();
+}
+
+void ExtensionContentTextView::setSpeller(std::shared_ptr<Speller> speller) {
+    ++m_spellerRequest;
+    m_spellHighlighter->setSpeller(std::move(speller));
+}
+
+void ExtensionContentTextView::checkSpellingForUser() {
+    const int request = ++m_spellerRequest;
+    const std::weak_ptr<int> alive = m_lifetime;
+    // Only the reading of the dictionaries happens on the worker; the environment, the locale
+    // and the paths are read here.
+    QStringList languages = QLocale::system().uiLanguages();
+    QStringList folders = dictionaryFolders();
+    QString wordList = personalWordListPath();
+    // Moved, not copied, so the worker holds the only reference to each list.
+    DispatchQueue::global(DispatchQueue::Priority::Background)
+        .async([this, alive, request, languages = std::move(languages),
+                folders = std::move(folders), wordList = std::move(wordList)] {
+            std::shared_ptr<Speller> loaded = Speller::load(languages, folders, wordList);
+            MainQueue::async([this, alive, request, loaded = std::move(loaded)]() mutable {
+                if (alive.lock() && request == m_spellerRequest)
+                    m_spellHighlighter->setSpeller(std::move(loaded));
+            });
+        });
+}
+
+bool ExtensionContentTextView::isCheckingSpelling() const {
+    return m_spellHighlighter->isChecking();
+}
+
+void ExtensionContentTextView::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu* const menu = createStandardContextMenu(event->pos());
+    addSpellingActions(*menu, *this, *m_spellHighlighter,
+                       cursorForPosition(event->pos()).position());
+    // Shown without a nested event loop; the menu goes once it closes.
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(event->globalPos());
+    event->accept();
+}
+
+void ExtensionContentTextView::showEvent(QShowEvent* event) {
+    QTextEdit::showEvent(event);
+    if (m_spellerRequest == 0)
+        checkSpellingForUser();
+}
+
+void ExtensionContentTextView::changeEvent(QEvent* event) {
+    QTextEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        m_spellHighlighter->setUnderlineColor(misspellingColor(palette()));
 }
 
 } // namespace velmora
