@@ -1,5 +1,6 @@
 #include "composer/ExtensionAttachmentCollectionView.h"
 
+#include "composer/AttachmentAccessibility.h"
 #include "composer/ExtensionAttachmentCollectionViewItem.h"
 #include "composer/ExtensionAttachmentController.h"
 #include "composer/ExtensionAttachmentView.h"
@@ -17,6 +18,7 @@ ExtensionAttachmentCollectionView::ExtensionAttachmentCollectionView(const QRect
     setGeometry(frame);
     setAutoFillBackground(false);
     setFocusPolicy(Qt::ClickFocus);
+    installAttachmentAccessibility();
     setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
 

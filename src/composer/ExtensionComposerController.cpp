@@ -2,10 +2,12 @@
 
 #include "bridge/ConstVars.h"
 #include "bridge/ExtensionUtilities.h"
+#include "composer/ComposerKeyboard.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentController.h"
-#include "composer/HandOff.h"
 #include "composer/ExtensionCopyRecipientsView.h"
+#include "composer/HandOff.h"
+#include "composer/LinkPalette.h"
 #include "directory/ExtensionAccount.h"
 #include "directory/ExtensionAddress.h"
 #include "message/ExtensionMessage.h"
@@ -23,17 +25,18 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStandardItemModel>
+#include <QStyle>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
-
-#include <cmath>
 
 namespace velmora {
 
@@ -53,6 +56,8 @@ constexpr int kButtonHeight = 20;
 constexpr int kButtonGap = 5;
 // The space a layout leaves between two neighbouring controls when none is asked for.
 constexpr int kStandardSpacing = 8;
+// Between From's label and its pop-up.
+constexpr int kLabelGap = 5;
 // A textured rounded pop-up's own height.
 constexpr int kPopUpHeight = 22;
 
@@ -107,23 +112,13 @@ void ExtensionComposerController::loadView() {
     root->installEventFilter(this);
     m_filteredRoot = root;
 
-    // Stands in for the light title-bar material behind the whole composer. The light grey is
-    // laid over the window's own opaque background, so it is painted as the colour the two make
-    // together: the same look, without a translucent fill of the whole window, which Qt spreads
-    // over its own worker threads.
+    // Stands in for the title-bar material behind the whole composer: the window colour of the
+    // palette in use, so the fields, buttons and names on it read in light and dark themes alike
+    // and follow a theme change at run time (the view paints from its palette each time).
     m_fxLight = new FlippedView(
         QRect(),
         [](FlippedView* view, const QRect& dirty) {
-            QPainter painter(view);
-            const QColor window = view->palette().color(QPalette::Window);
-            const QColor light(236, 236, 236);
-            constexpr double kCover = 235.0 / 255.0;
-            const auto mix = [&](int over, int under) {
-                return int(std::lround(over * kCover + under * (1.0 - kCover)));
-            };
-            painter.fillRect(dirty, QColor(mix(light.red(), window.red()),
-                                           mix(light.green(), window.green()),
-                                           mix(light.blue(), window.blue())));
+            QPainter(view).fillRect(dirty, view->palette().color(QPalette::Window));
         },
         root);
 
@@ -131,20 +126,20 @@ void ExtensionComposerController::loadView() {
     m_sendBtn->setFlat(true);
     // Return means Send wherever it is not taken by the control that has the focus.
     m_sendBtn->setDefault(true);
-    m_sendBtn->setFocusPolicy(Qt::NoFocus);
     connect(m_sendBtn, &QPushButton::clicked, this, [this] { send(m_sendBtn); });
 
     // No key at all triggers Cancel.
     m_cancelBtn = new QPushButton(LocalizedString("Cancel"), root);
     m_cancelBtn->setFlat(true);
     m_cancelBtn->setAutoDefault(false);
-    m_cancelBtn->setFocusPolicy(Qt::NoFocus);
     connect(m_cancelBtn, &QPushButton::clicked, this, [this] { cancel(m_cancelBtn); });
+
+    // Names the pop-up for screen readers and gives it its mnemonic.
+    m_fromLabel = new QLabel(LocalizedString("&From:"), root);
 
     m_popUpview = new QComboBox(root);
     m_popUpview->setGeometry(20, 20, 130, 32);
     m_popUpview->setEditable(false);
-    m_popUpview->setFocusPolicy(Qt::NoFocus);
 
     m_subjectField = new QLineEdit(root);
     m_subjectField->setFrame(false);
@@ -154,8 +149,11 @@ void ExtensionComposerController::loadView() {
     m_subjectField->setTextMargins(0, 0, 0, 0);
 
     const auto separatorLine = [](FlippedView* view, const QRect& dirty) {
-        // Black at a tenth: the single-precision 0.1, as the lines have always been drawn.
-        QPainter(view).fillRect(dirty, QColor::fromRgbF(0, 0, 0, 0.1f));
+        // The window's text colour at a tenth (the single-precision 0.1 the lines have always
+        // used): black on a light window, a faint light line on a dark one.
+        QColor line = view->palette().color(QPalette::WindowText);
+        line.setAlphaF(0.1f);
+        QPainter(view).fillRect(dirty, line);
     };
     for (FlippedView*& separator : m_horizontalSeparators)
         separator = new FlippedView(QRect(), separatorLine, root);
@@ -177,13 +175,14 @@ void ExtensionComposerController::loadView() {
     m_contentTextView->setFrameShape(QFrame::NoFrame);
     clearBackground(m_contentTextView);
     clearBackground(m_contentTextView->viewport());
+    // Shared links stay readable when the theme changes.
+    new LinkPalette(m_contentTextView);
 
     m_attachmentController = new ExtensionAttachmentController(this);
 
     m_collectionScrollview = new QScrollArea(root);
     m_collectionScrollview->setFrameShape(QFrame::NoFrame);
     m_collectionScrollview->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_collectionScrollview->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     // The strip draws no background: the composer's shows through.
     m_collectionScrollview->setAutoFillBackground(false);
     m_collectionScrollview->viewport()->setAutoFillBackground(false);
@@ -195,6 +194,8 @@ void ExtensionComposerController::loadView() {
     // The scroll area turns its document's background on; the strip stays transparent.
     m_collectionView->setAutoFillBackground(false);
     m_collectionScrollview->setWidgetResizable(false);
+    // More items than fit bring the scroll bar, below them.
+    m_collectionView->installEventFilter(this);
     m_handOff = new HandOff(m_sendBtn, m_context ? m_context->stagingStatus() : nullptr, this);
     m_handOff->showIn(m_attachmentController, m_collectionView);
 
@@ -205,8 +206,16 @@ void ExtensionComposerController::loadView() {
 
     m_contentTextView->setMyDelegate(this);
 
-    QWidget::setTabOrder(m_toField, m_subjectField);
-    QWidget::setTabOrder(m_subjectField, m_contentTextView);
+    // To, Subject and the body follow each other; From and the buttons come first, the strip
+    // last.
+    m_keyboard = new ComposerKeyboard(root,
+                                      {m_popUpview, m_fromLabel, m_cancelBtn, m_sendBtn, m_toField,
+                                       m_subjectField, m_contentTextView, m_collectionView,
+                                       m_collectionScrollview},
+                                      this);
+    nameForAccessibility();
+    // Above the focus ring, as above everything else.
+    m_suggestionController->view()->raise();
 
     layoutSubviews();
 }
@@ -224,8 +233,12 @@ void ExtensionComposerController::layoutSubviews() {
     const int cancelX = sendX - kButtonGap - kButtonWidth;
     m_sendBtn->setGeometry(sendX, kTopMargin, kButtonWidth, kButtonHeight);
     m_cancelBtn->setGeometry(cancelX, kTopMargin, kButtonWidth, kButtonHeight);
-    m_popUpview->setGeometry(kSideMargin, kTopMargin,
-                             std::max(1, cancelX - kStandardSpacing - kSideMargin), kPopUpHeight);
+    // The label, then the pop-up up to the standard space before Cancel.
+    const int labelWidth = m_fromLabel->sizeHint().width();
+    m_fromLabel->setGeometry(kSideMargin, kTopMargin, labelWidth, kPopUpHeight);
+    const int popUpX = kSideMargin + labelWidth + kLabelGap;
+    m_popUpview->setGeometry(popUpX, kTopMargin, std::max(1, cancelX - kStandardSpacing - popUpX),
+                             kPopUpHeight);
 
     int y = kTopMargin + kPopUpHeight;
     const auto separator = [&](int number) {
@@ -253,10 +266,20 @@ void ExtensionComposerController::layoutSubviews() {
     separator(2);
     column(m_contentTextView, bodyHeight);
     separator(3);
-    column(m_collectionScrollview, kStripHeight);
+    // The scroll bar goes below the items, never over their names: the strip grows by the bar's
+    // height while there are more items than fit.
+    const bool scrolls = m_collectionView->sizeHint().width() > fieldWidth;
+    QScrollBar* bar = m_collectionScrollview->horizontalScrollBar();
+    m_collectionScrollview->setHorizontalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn
+                                                                 : Qt::ScrollBarAlwaysOff);
+    const int barHeight =
+        scrolls ? bar->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, bar) : 0;
+    column(m_collectionScrollview, kStripHeight + barHeight);
 }
 
 bool ExtensionComposerController::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_collectionView && event->type() == QEvent::Resize)
+        layoutSubviews();
     // qobject_cast, not the QPointer: it is null once the view is being destroyed.
     if (watched == m_filteredRoot && qobject_cast<FlippedView*>(watched)) {
         if (event->type() == QEvent::Resize) {
@@ -290,6 +313,13 @@ void ExtensionComposerController::viewDidLoad() {
             if (alias)
                 m_popUpview->addItem(alias->mail(), represented);
         }
+    }
+    if (m_popUpview->count() == 0) {
+        // A fresh user: say why there is nothing to choose. The item stands for no account, so
+        // a Send from here goes out without a sender, as with an empty menu.
+        m_popUpview->addItem(LocalizedString("No accounts: add one in Velmora"));
+        if (auto* items = qobject_cast<QStandardItemModel*>(m_popUpview->model()))
+            items->item(0)->setEnabled(false);
     }
 }
 

@@ -7,9 +7,17 @@
 #include "recipients/TableViewZemlo.h"
 #include "views/FlippedView.h"
 
+#include <QGraphicsDropShadowEffect>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
 #include <QVBoxLayout>
 
 namespace velmora {
+
+namespace {
+constexpr qreal kShadowBlur = 12;
+} // namespace
 
 ExtensionSuggestionController::ExtensionSuggestionController(const QRect& frame, QObject* parent)
     : ViewController(parent)
@@ -34,11 +42,28 @@ void ExtensionSuggestionController::loadView() {
     AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
     m_matcher = SuggestionMatcher(std::move(book.addresses), std::move(book.groups));
 
-    auto* root = new FlippedView(m_frame);
+    // The style's pop-up frame around the list and a soft shadow under it set the list apart
+    // from whatever lies beneath (a thumbnail, the body's text).
+    auto* root = new FlippedView(m_frame, [](FlippedView* view, const QRect&) {
+        QPainter painter(view);
+        QStyleOptionFrame frame;
+        frame.initFrom(view);
+        frame.lineWidth = view->style()->pixelMetric(QStyle::PM_MenuPanelWidth, &frame, view);
+        frame.midLineWidth = 0;
+        view->style()->drawPrimitive(QStyle::PE_FrameMenu, &frame, &painter, view);
+    });
     setView(root);
-    // The list fills the panel and follows its size.
+    auto* shadow = new QGraphicsDropShadowEffect(root);
+    shadow->setBlurRadius(kShadowBlur);
+    shadow->setOffset(0, 2);
+    QColor shade = root->palette().color(QPalette::Shadow);
+    shade.setAlphaF(0.35f);
+    shadow->setColor(shade);
+    root->setGraphicsEffect(shadow);
+    // The list fills the panel inside its frame and follows its size.
     auto* layout = new QVBoxLayout(root);
-    layout->setContentsMargins(0, 0, 0, 0);
+    const int frameWidth = std::max(1, root->style()->pixelMetric(QStyle::PM_MenuPanelWidth));
+    layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
     auto* table = new ExtensionSuggestionTableView(QRect(QPoint(0, 0), m_frame.size()), root);
     layout->addWidget(table);
     AssignTable(table);
