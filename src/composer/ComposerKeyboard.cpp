@@ -174,7 +174,10 @@ void ComposerKeyboard::placeRing() {
     const QRect frame(around->mapTo(root, QPoint(0, 0)), around->size());
     const int out = kRingOutset + kRingWidth;
     m_ring->setGeometry(frame.adjusted(-out, -out, out, out));
-    m_ring->raise();
+    if (m_controls.topmost && m_controls.topmost->parentWidget() == root)
+        m_ring->stackUnder(m_controls.topmost);
+    else
+        m_ring->raise();
     m_ring->show();
     m_ring->update();
 }

@@ -32,6 +32,7 @@ public:
         QWidget* body = nullptr;
         QWidget* strip = nullptr;      // takes the focus itself
         QWidget* stripFrame = nullptr; // what the ring goes around for it
+        QWidget* topmost = nullptr;    // stays above the ring (the suggestion list)
     };
 
     // Sets up the chain, the keys and the ring on root, which holds every control.

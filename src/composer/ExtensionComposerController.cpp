@@ -3,6 +3,7 @@
 #include "bridge/ConstVars.h"
 #include "bridge/ExtensionUtilities.h"
 #include "composer/ComposerKeyboard.h"
+#include "composer/ComposerMetrics.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentController.h"
 #include "composer/ExtensionCopyRecipientsView.h"
@@ -40,26 +41,9 @@
 
 namespace velmora {
 
-namespace {
+using namespace composer_metrics;
 
-// The column, from the top: margins, separators and fixed heights, in points.
-constexpr int kTopMargin = 10;
-constexpr int kSideMargin = 15;
-constexpr int kGap = 5;          // above and below each separator
-constexpr int kSeparator = 1;    // a separator line's thickness
-constexpr int kFieldHeight = 18; // To and Subject
-constexpr int kBodyHeight = 100;
-constexpr int kMinBodyHeight = 36; // what the body keeps when the Cc/Bcc row takes room
-constexpr int kStripHeight = 168;
-constexpr int kButtonWidth = 60;
-constexpr int kButtonHeight = 20;
-constexpr int kButtonGap = 5;
-// The space a layout leaves between two neighbouring controls when none is asked for.
-constexpr int kStandardSpacing = 8;
-// Between From's label and its pop-up.
-constexpr int kLabelGap = 5;
-// A textured rounded pop-up's own height.
-constexpr int kPopUpHeight = 22;
+namespace {
 
 // Only the modifier keys, as key equivalents compare them.
 constexpr quint64 kDeviceIndependentFlags = 0xffff0000;
@@ -211,70 +195,11 @@ void ExtensionComposerController::loadView() {
     m_keyboard = new ComposerKeyboard(root,
                                       {m_popUpview, m_fromLabel, m_cancelBtn, m_sendBtn, m_toField,
                                        m_subjectField, m_contentTextView, m_collectionView,
-                                       m_collectionScrollview},
+                                       m_collectionScrollview, m_suggestionController->view()},
                                       this);
     nameForAccessibility();
-    // Above the focus ring, as above everything else.
-    m_suggestionController->view()->raise();
 
     layoutSubviews();
-}
-
-void ExtensionComposerController::layoutSubviews() {
-    const FlippedView* root = loadedView();
-    if (!root)
-        return;
-    const int width = root->width();
-    const int fieldWidth = std::max(1, width - 2 * kSideMargin);
-
-    m_fxLight->setGeometry(root->rect());
-
-    const int sendX = width - kSideMargin - kButtonWidth;
-    const int cancelX = sendX - kButtonGap - kButtonWidth;
-    m_sendBtn->setGeometry(sendX, kTopMargin, kButtonWidth, kButtonHeight);
-    m_cancelBtn->setGeometry(cancelX, kTopMargin, kButtonWidth, kButtonHeight);
-    // The label, then the pop-up up to the standard space before Cancel.
-    const int labelWidth = m_fromLabel->sizeHint().width();
-    m_fromLabel->setGeometry(kSideMargin, kTopMargin, labelWidth, kPopUpHeight);
-    const int popUpX = kSideMargin + labelWidth + kLabelGap;
-    m_popUpview->setGeometry(popUpX, kTopMargin, std::max(1, cancelX - kStandardSpacing - popUpX),
-                             kPopUpHeight);
-
-    int y = kTopMargin + kPopUpHeight;
-    const auto separator = [&](int number) {
-        y += kGap;
-        m_horizontalSeparators[number]->setGeometry(0, y, std::max(1, width), kSeparator);
-        y += kSeparator + kGap;
-    };
-    const auto column = [&](QWidget* widget, int height) {
-        widget->setGeometry(kSideMargin, y, fieldWidth, height);
-        y += height;
-    };
-    separator(0);
-    column(m_toField, kFieldHeight);
-    // The Cc/Bcc row sits under To and takes its room from the body.
-    int bodyHeight = kBodyHeight;
-    m_copyRecipientsView->setVisible(!m_copyRecipientsView->isEmpty());
-    if (m_copyRecipientsView->isVisible()) {
-        y += kGap;
-        const int rowHeight = m_copyRecipientsView->heightForWidth(fieldWidth);
-        column(m_copyRecipientsView, rowHeight);
-        bodyHeight = std::max(kMinBodyHeight, kBodyHeight - rowHeight - kGap);
-    }
-    separator(1);
-    column(m_subjectField, kFieldHeight);
-    separator(2);
-    column(m_contentTextView, bodyHeight);
-    separator(3);
-    // The scroll bar goes below the items, never over their names: the strip grows by the bar's
-    // height while there are more items than fit.
-    const bool scrolls = m_collectionView->sizeHint().width() > fieldWidth;
-    QScrollBar* bar = m_collectionScrollview->horizontalScrollBar();
-    m_collectionScrollview->setHorizontalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn
-                                                                 : Qt::ScrollBarAlwaysOff);
-    const int barHeight =
-        scrolls ? bar->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, bar) : 0;
-    column(m_collectionScrollview, kStripHeight + barHeight);
 }
 
 bool ExtensionComposerController::eventFilter(QObject* watched, QEvent* event) {

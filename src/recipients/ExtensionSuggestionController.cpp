@@ -42,17 +42,11 @@ void ExtensionSuggestionController::loadView() {
     AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
     m_matcher = SuggestionMatcher(std::move(book.addresses), std::move(book.groups));
 
-    // The style's pop-up frame around the list and a soft shadow under it set the list apart
-    // from whatever lies beneath (a thumbnail, the body's text).
-    auto* root = new FlippedView(m_frame, [](FlippedView* view, const QRect&) {
-        QPainter painter(view);
-        QStyleOptionFrame frame;
-        frame.initFrom(view);
-        frame.lineWidth = view->style()->pixelMetric(QStyle::PM_MenuPanelWidth, &frame, view);
-        frame.midLineWidth = 0;
-        view->style()->drawPrimitive(QStyle::PE_FrameMenu, &frame, &painter, view);
-    });
+    auto* root = new FlippedView(m_frame);
     setView(root);
+    // A soft shadow under the list and the style's pop-up frame over its edges set it apart from
+    // whatever lies beneath (a thumbnail, the body's text). The frame is drawn over the list's
+    // outermost pixels, so the list keeps its whole height for rows.
     auto* shadow = new QGraphicsDropShadowEffect(root);
     shadow->setBlurRadius(kShadowBlur);
     shadow->setOffset(0, 2);
@@ -60,13 +54,24 @@ void ExtensionSuggestionController::loadView() {
     shade.setAlphaF(0.35f);
     shadow->setColor(shade);
     root->setGraphicsEffect(shadow);
-    // The list fills the panel inside its frame and follows its size.
+    // The list fills the panel and follows its size.
     auto* layout = new QVBoxLayout(root);
-    const int frameWidth = std::max(1, root->style()->pixelMetric(QStyle::PM_MenuPanelWidth));
-    layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
+    layout->setContentsMargins(0, 0, 0, 0);
     auto* table = new ExtensionSuggestionTableView(QRect(QPoint(0, 0), m_frame.size()), root);
     layout->addWidget(table);
     AssignTable(table);
+    auto* frame = new FlippedView(
+        QRect(QPoint(0, 0), m_frame.size()),
+        [](FlippedView* view, const QRect&) {
+            QPainter painter(view);
+            QStyleOptionFrame option;
+            option.initFrom(view);
+            option.lineWidth = view->style()->pixelMetric(QStyle::PM_MenuPanelWidth, &option, view);
+            view->style()->drawPrimitive(QStyle::PE_FrameMenu, &option, &painter, view);
+        },
+        root);
+    frame->setAttribute(Qt::WA_TransparentForMouseEvents);
+    frame->raise();
     root->hide();
 }
 

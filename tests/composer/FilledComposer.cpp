@@ -53,6 +53,7 @@ void FilledComposer::SetUp() {
     auto cc = std::make_shared<ExtensionAddress>();
     cc->setMail(QStringLiteral("copy@x.test"));
     composer->copyRecipientsView()->addRecipient(ExtensionCopyRecipientsView::Field::Cc, cc);
+    composer->copyRecipientsView()->setNotice(QStringLiteral("Not attached: secret.key"));
 
     ExtensionTokenField* to = composer->toField();
     to->setObjectValue(
@@ -76,22 +77,20 @@ QPalette FilledComposer::lightPalette() {
 
 QPalette FilledComposer::darkPalette() {
     QPalette palette;
-    const QColor window(0x2a, 0x2e, 0x32);
-    const QColor base(0x1b, 0x1e, 0x20);
-    const QColor text(0xfc, 0xfc, 0xfc);
-    palette.setColor(QPalette::Window, window);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::AlternateBase, window);
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Button, QColor(0x31, 0x36, 0x3b));
-    palette.setColor(QPalette::ButtonText, text);
-    palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
-    palette.setColor(QPalette::HighlightedText, text);
-    palette.setColor(QPalette::Link, QColor(0x4d, 0xb6, 0xf6));
-    QColor placeholder = text;
-    placeholder.setAlpha(150);
-    palette.setColor(QPalette::PlaceholderText, placeholder);
+    const std::pair<QPalette::ColorRole, QRgb> colours[] = {
+        {QPalette::Window, 0x2a2e32},
+        {QPalette::WindowText, 0xfcfcfc},
+        {QPalette::Base, 0x1b1e20},
+        {QPalette::AlternateBase, 0x2a2e32},
+        {QPalette::Text, 0xfcfcfc},
+        {QPalette::Button, 0x31363b},
+        {QPalette::ButtonText, 0xfcfcfc},
+        {QPalette::Highlight, 0x3daee9},
+        {QPalette::HighlightedText, 0xfcfcfc},
+        {QPalette::Link, 0x4db6f6},
+        {QPalette::PlaceholderText, 0x96fcfcfc}};
+    for (const auto& [role, rgb] : colours)
+        palette.setColor(role, QColor::fromRgba(qAlpha(rgb) ? rgb : rgb | 0xff000000));
     return palette;
 }
 

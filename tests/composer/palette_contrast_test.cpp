@@ -121,7 +121,12 @@ const TextSample kSamples[] = {
      }},
     {"selected suggestion", [](auto& c) { return suggestionRow(c, 0); }, true},
     {"other suggestion", [](auto& c) { return suggestionRow(c, 1); }, true},
-    {"cc row", [](auto& c) { return inset(c.copyRecipientsView(), 0); }},
+    {"cc row", [](auto& c) { return inWindow(c.copyRecipientsView(), QRect(0, 0, 400, 18)); }},
+    {"notice under the cc row",
+     [](auto& c) {
+         QWidget* row = c.copyRecipientsView();
+         return inWindow(row, QRect(0, 18, 400, row->height() - 18));
+     }},
     {"first attachment name", [](auto& c) { return attachmentName(c, 0); }},
     {"second attachment name", [](auto& c) { return attachmentName(c, 1); }},
 };
