@@ -55,7 +55,8 @@ bool isControlTab(const QKeyEvent& key, bool* forward) {
 ComposerKeyboard::ComposerKeyboard(QWidget* root, const Controls& controls, QObject* parent)
     : QObject(parent)
     , m_controls(controls)
-    , m_ring(new FocusRing(root)) {
+    , m_ring(new FocusRing(root))
+    , m_topmost(controls.topmost) {
     for (QWidget* control :
          {static_cast<QWidget*>(controls.from), static_cast<QWidget*>(controls.cancel),
           static_cast<QWidget*>(controls.send), controls.to, controls.subject, controls.body,
@@ -166,6 +167,8 @@ void ComposerKeyboard::placeRing() {
     QWidget* around = m_focused;
     if (around && around == m_controls.strip && m_controls.stripFrame)
         around = m_controls.stripFrame;
+    if (!m_ring)
+        return;
     QWidget* root = m_ring->parentWidget();
     if (!around || !root || !around->isVisible()) {
         m_ring->hide();
@@ -174,8 +177,8 @@ void ComposerKeyboard::placeRing() {
     const QRect frame(around->mapTo(root, QPoint(0, 0)), around->size());
     const int out = kRingOutset + kRingWidth;
     m_ring->setGeometry(frame.adjusted(-out, -out, out, out));
-    if (m_controls.topmost && m_controls.topmost->parentWidget() == root)
-        m_ring->stackUnder(m_controls.topmost);
+    if (m_topmost && m_topmost->parentWidget() == root)
+        m_ring->stackUnder(m_topmost);
     else
         m_ring->raise();
     m_ring->show();

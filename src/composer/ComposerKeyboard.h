@@ -41,7 +41,7 @@ public:
     // The controls in focus order.
     QList<QWidget*> chain() const;
     // The ring around the focused control; hidden while none of them has the focus.
-    QWidget* focusRing() const { return m_ring; }
+    QWidget* focusRing() const { return m_ring.data(); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -57,7 +57,10 @@ private:
     QKeySequence m_mnemonic;
     QList<QPointer<QWidget>> m_chain;
     QPointer<QWidget> m_focused; // the chain's control that has the focus, if any
-    QWidget* m_ring = nullptr;   // child of the root
+    // The ring is a child of the root and the list one of its panels; either may go first when
+    // the composer is torn down, while focus changes are still reported.
+    QPointer<QWidget> m_ring;
+    QPointer<QWidget> m_topmost;
 };
 
 } // namespace velmora
