@@ -4,6 +4,7 @@
 #include "composer/ExtensionAttachmentView.h"
 #include "composer/ExtensionContentTextView.h"
 #include "composer/ExtensionCopyRecipientsView.h"
+#include "message/ExtensionMessage.h"
 #include "recipients/ExtensionSuggestionController.h"
 #include "recipients/ExtensionSuggestionTableView.h"
 #include "recipients/ExtensionTokenField.h"
@@ -11,10 +12,13 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
 #include <QHash>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
 
@@ -159,6 +163,36 @@ TEST_F(PaletteContrast, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
                 << region.width() << "x" << region.height();
         }
     }
+}
+
+} // namespace
+
+namespace {
+
+using StripOverflow = velmora::test::FilledComposer;
+
+// More attachments than fit: the scroll bar comes, below the items, so every name stays in view;
+// a shared folder shows a folder, not the document icon of a file without a picture.
+TEST_F(StripOverflow, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
+    QScrollArea* strip = composer->collectionScrollview();
+    EXPECT_FALSE(strip->horizontalScrollBar()->isVisible());
+    QDir(desktop.files()).mkdir(QStringLiteral("Holiday"));
+    auto more = ExtensionMessage::init();
+    for (const char* name : {"a.txt", "b.txt", "c.txt"})
+        more->attachments()->append(
+            velmora::test::writeBytes(desktop.files() + u'/' + QLatin1String(name), "x"));
+    more->attachments()->append(desktop.files() + QStringLiteral("/Holiday"));
+    composer->update(more);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return composer->collectionView()->count() == 6; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return strip->horizontalScrollBar()->isVisible(); }));
+    EXPECT_EQ(strip->viewport()->height(), ExtensionAttachmentView::kHeight);
+    EXPECT_LE(strip->geometry().bottom(), composer->view()->height());
+
+    const auto thumbnail = [&](int index) {
+        return composer->collectionView()->itemAtIndex(index)->view()->imv()->pixmap().toImage();
+    };
+    EXPECT_FALSE(thumbnail(5).isNull());
+    EXPECT_NE(thumbnail(5), thumbnail(1)) << "the folder shows the document icon of notes.txt";
 }
 
 } // namespace
