@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Writes pictures of the composer to look at: light and dark palettes, each with the suggestion
 // list open and with six attachments, at the scale the environment gives (QT_SCALE_FACTOR).
 //

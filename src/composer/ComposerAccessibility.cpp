@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The composer's names for screen readers; the roles of its own widgets come from the
 // accessibility factories of the recipient field and the attachment strip.
 

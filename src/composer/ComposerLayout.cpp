@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Where the composer's views go: one column anchored at the top, following the panel's width.
 
 #include "composer/ComposerMetrics.h"

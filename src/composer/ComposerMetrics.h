@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // The composer's layout in points: the column's margins, separators and fixed heights.

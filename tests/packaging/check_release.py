@@ -1,4 +1,9 @@
 #!/usr/bin/env python3
+
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 """Checks what a distribution ships beside the program against the program itself: one version
 everywhere (CMake, --version, the metainfo, CHANGELOG.md, debian/changelog), the options of
 --help in the man page and in every shell completion, and the metainfo valid for AppStream.
