@@ -11,7 +11,7 @@ BUILD_DIR = build/$(PRESET)
 export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := 1
 
-.PHONY: all bootstrap configure build program test run asan tsan fuzz bench deb coverage format clean
+.PHONY: all bootstrap configure build program test run screenshots asan tsan fuzz bench deb coverage format clean
 
 all: build
 
@@ -56,6 +56,11 @@ coverage: bootstrap
 
 run: program
 	scripts/run-demo $(BUILD_DIR)
+
+# Pictures of the composer (light and dark, 1x and 2x) in $(BUILD_DIR)/screenshots.
+screenshots: configure
+	cmake --build --preset $(PRESET) --target velmora-screenshots
+	scripts/screenshots $(BUILD_DIR)
 
 bench: build
 	scripts/run-benchmarks $(BUILD_DIR)

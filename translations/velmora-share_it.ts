@@ -413,5 +413,45 @@ Stato di uscita:
         <extracomment>Command-line error: the file given with --image (%1) is not an image.</extracomment>
         <translation>non è un'immagine: %1</translation>
     </message>
+    <message>
+        <source>&amp;From:</source>
+        <extracomment>The label before the pop-up that chooses the sending account; the letter after &amp; (with Alt) moves the focus to the pop-up. Choose a letter of the translation.</extracomment>
+        <translation>&amp;Da:</translation>
+    </message>
+    <message>
+        <source>Attachments</source>
+        <extracomment>Name of the strip of attachments, for screen readers.</extracomment>
+        <translation>Allegati</translation>
+    </message>
+    <message>
+        <source>Cc and Bcc</source>
+        <extracomment>Name of the row of copy and blind-copy recipients, for screen readers.</extracomment>
+        <translation>Cc e Ccn</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <extracomment>Name of the pop-up that chooses the sending account, for screen readers.</extracomment>
+        <translation>Da</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <extracomment>Name of the message body, for screen readers.</extracomment>
+        <translation>Messaggio</translation>
+    </message>
+    <message>
+        <source>No accounts: add one in Velmora</source>
+        <extracomment>The only item of the From pop-up when there is no account to send from.</extracomment>
+        <translation>Nessun account: aggiungine uno in Velmora</translation>
+    </message>
+    <message>
+        <source>Suggestions</source>
+        <extracomment>Name of the list of recipient suggestions, for screen readers.</extracomment>
+        <translation>Suggerimenti</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <extracomment>Name of the recipients field, for screen readers.</extracomment>
+        <translation>A</translation>
+    </message>
 </context>
 </TS>

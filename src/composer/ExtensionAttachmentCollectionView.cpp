@@ -4,6 +4,7 @@
 
 #include "composer/ExtensionAttachmentCollectionView.h"
 
+#include "composer/AttachmentAccessibility.h"
 #include "composer/ExtensionAttachmentCollectionViewItem.h"
 #include "composer/ExtensionAttachmentController.h"
 #include "composer/ExtensionAttachmentView.h"
@@ -21,6 +22,7 @@ ExtensionAttachmentCollectionView::ExtensionAttachmentCollectionView(const QRect
     setGeometry(frame);
     setAutoFillBackground(false);
     setFocusPolicy(Qt::ClickFocus);
+    installAttachmentAccessibility();
     setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
 

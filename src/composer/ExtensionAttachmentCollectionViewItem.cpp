@@ -7,6 +7,8 @@
 #include "composer/ExtensionAttachmentController.h"
 #include "composer/ExtensionAttachmentView.h"
 
+#include <QAccessible>
+
 namespace velmora {
 
 ExtensionAttachmentCollectionViewItem::ExtensionAttachmentCollectionViewItem(QObject* parent)
@@ -32,6 +34,13 @@ void ExtensionAttachmentCollectionViewItem::setSelected(bool selected) {
     m_selected = selected;
     view()->setSelected(selected);
     view()->update();
+    if (QAccessible::isActive()) {
+        // Nothing shows the selection on screen; a screen reader still hears of it.
+        QAccessible::State changed;
+        changed.selected = true;
+        QAccessibleStateChangeEvent event(view(), changed);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 } // namespace velmora

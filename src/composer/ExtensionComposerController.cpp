@@ -6,10 +6,13 @@
 
 #include "bridge/ConstVars.h"
 #include "bridge/ExtensionUtilities.h"
+#include "composer/ComposerKeyboard.h"
+#include "composer/ComposerMetrics.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentController.h"
-#include "composer/HandOff.h"
 #include "composer/ExtensionCopyRecipientsView.h"
+#include "composer/HandOff.h"
+#include "composer/LinkPalette.h"
 #include "directory/ExtensionAccount.h"
 #include "directory/ExtensionAddress.h"
 #include "message/ExtensionMessage.h"
@@ -27,38 +30,24 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStandardItemModel>
+#include <QStyle>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 
-#include <cmath>
-
 namespace velmora {
 
-namespace {
+using namespace composer_metrics;
 
-// The column, from the top: margins, separators and fixed heights, in points.
-constexpr int kTopMargin = 10;
-constexpr int kSideMargin = 15;
-constexpr int kGap = 5;          // above and below each separator
-constexpr int kSeparator = 1;    // a separator line's thickness
-constexpr int kFieldHeight = 18; // To and Subject
-constexpr int kBodyHeight = 100;
-constexpr int kMinBodyHeight = 36; // what the body keeps when the Cc/Bcc row takes room
-constexpr int kStripHeight = 168;
-constexpr int kButtonWidth = 60;
-constexpr int kButtonHeight = 20;
-constexpr int kButtonGap = 5;
-// The space a layout leaves between two neighbouring controls when none is asked for.
-constexpr int kStandardSpacing = 8;
-// A textured rounded pop-up's own height.
-constexpr int kPopUpHeight = 22;
+namespace {
 
 // Only the modifier keys, as key equivalents compare them.
 constexpr quint64 kDeviceIndependentFlags = 0xffff0000;
@@ -111,23 +100,13 @@ void ExtensionComposerController::loadView() {
     root->installEventFilter(this);
     m_filteredRoot = root;
 
-    // Stands in for the light title-bar material behind the whole composer. The light grey is
-    // laid over the window's own opaque background, so it is painted as the colour the two make
-    // together: the same look, without a translucent fill of the whole window, which Qt spreads
-    // over its own worker threads.
+    // Stands in for the title-bar material behind the whole composer: the window colour of the
+    // palette in use, so the fields, buttons and names on it read in light and dark themes alike
+    // and follow a theme change at run time (the view paints from its palette each time).
     m_fxLight = new FlippedView(
         QRect(),
         [](FlippedView* view, const QRect& dirty) {
-            QPainter painter(view);
-            const QColor window = view->palette().color(QPalette::Window);
-            const QColor light(236, 236, 236);
-            constexpr double kCover = 235.0 / 255.0;
-            const auto mix = [&](int over, int under) {
-                return int(std::lround(over * kCover + under * (1.0 - kCover)));
-            };
-            painter.fillRect(dirty, QColor(mix(light.red(), window.red()),
-                                           mix(light.green(), window.green()),
-                                           mix(light.blue(), window.blue())));
+            QPainter(view).fillRect(dirty, view->palette().color(QPalette::Window));
         },
         root);
 
@@ -135,20 +114,20 @@ void ExtensionComposerController::loadView() {
     m_sendBtn->setFlat(true);
     // Return means Send wherever it is not taken by the control that has the focus.
     m_sendBtn->setDefault(true);
-    m_sendBtn->setFocusPolicy(Qt::NoFocus);
     connect(m_sendBtn, &QPushButton::clicked, this, [this] { send(m_sendBtn); });
 
     // No key at all triggers Cancel.
     m_cancelBtn = new QPushButton(LocalizedString("Cancel"), root);
     m_cancelBtn->setFlat(true);
     m_cancelBtn->setAutoDefault(false);
-    m_cancelBtn->setFocusPolicy(Qt::NoFocus);
     connect(m_cancelBtn, &QPushButton::clicked, this, [this] { cancel(m_cancelBtn); });
+
+    // Names the pop-up for screen readers and gives it its mnemonic.
+    m_fromLabel = new QLabel(LocalizedString("&From:"), root);
 
     m_popUpview = new QComboBox(root);
     m_popUpview->setGeometry(20, 20, 130, 32);
     m_popUpview->setEditable(false);
-    m_popUpview->setFocusPolicy(Qt::NoFocus);
 
     m_subjectField = new QLineEdit(root);
     m_subjectField->setFrame(false);
@@ -158,8 +137,11 @@ void ExtensionComposerController::loadView() {
     m_subjectField->setTextMargins(0, 0, 0, 0);
 
     const auto separatorLine = [](FlippedView* view, const QRect& dirty) {
-        // Black at a tenth: the single-precision 0.1, as the lines have always been drawn.
-        QPainter(view).fillRect(dirty, QColor::fromRgbF(0, 0, 0, 0.1f));
+        // The window's text colour at a tenth (the single-precision 0.1 the lines have always
+        // used): black on a light window, a faint light line on a dark one.
+        QColor line = view->palette().color(QPalette::WindowText);
+        line.setAlphaF(0.1f);
+        QPainter(view).fillRect(dirty, line);
     };
     for (FlippedView*& separator : m_horizontalSeparators)
         separator = new FlippedView(QRect(), separatorLine, root);
@@ -181,13 +163,14 @@ void ExtensionComposerController::loadView() {
     m_contentTextView->setFrameShape(QFrame::NoFrame);
     clearBackground(m_contentTextView);
     clearBackground(m_contentTextView->viewport());
+    // Shared links stay readable when the theme changes.
+    new LinkPalette(m_contentTextView);
 
     m_attachmentController = new ExtensionAttachmentController(this);
 
     m_collectionScrollview = new QScrollArea(root);
     m_collectionScrollview->setFrameShape(QFrame::NoFrame);
     m_collectionScrollview->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_collectionScrollview->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     // The strip draws no background: the composer's shows through.
     m_collectionScrollview->setAutoFillBackground(false);
     m_collectionScrollview->viewport()->setAutoFillBackground(false);
@@ -199,6 +182,8 @@ void ExtensionComposerController::loadView() {
     // The scroll area turns its document's background on; the strip stays transparent.
     m_collectionView->setAutoFillBackground(false);
     m_collectionScrollview->setWidgetResizable(false);
+    // More items than fit bring the scroll bar, below them.
+    m_collectionView->installEventFilter(this);
     m_handOff = new HandOff(m_sendBtn, m_context ? m_context->stagingStatus() : nullptr, this);
     m_handOff->showIn(m_attachmentController, m_collectionView);
 
@@ -209,58 +194,21 @@ void ExtensionComposerController::loadView() {
 
     m_contentTextView->setMyDelegate(this);
 
-    QWidget::setTabOrder(m_toField, m_subjectField);
-    QWidget::setTabOrder(m_subjectField, m_contentTextView);
+    // To, Subject and the body follow each other; From and the buttons come first, the strip
+    // last.
+    m_keyboard = new ComposerKeyboard(root,
+                                      {m_popUpview, m_fromLabel, m_cancelBtn, m_sendBtn, m_toField,
+                                       m_subjectField, m_contentTextView, m_collectionView,
+                                       m_collectionScrollview, m_suggestionController->view()},
+                                      this);
+    nameForAccessibility();
 
     layoutSubviews();
 }
 
-void ExtensionComposerController::layoutSubviews() {
-    const FlippedView* root = loadedView();
-    if (!root)
-        return;
-    const int width = root->width();
-    const int fieldWidth = std::max(1, width - 2 * kSideMargin);
-
-    m_fxLight->setGeometry(root->rect());
-
-    const int sendX = width - kSideMargin - kButtonWidth;
-    const int cancelX = sendX - kButtonGap - kButtonWidth;
-    m_sendBtn->setGeometry(sendX, kTopMargin, kButtonWidth, kButtonHeight);
-    m_cancelBtn->setGeometry(cancelX, kTopMargin, kButtonWidth, kButtonHeight);
-    m_popUpview->setGeometry(kSideMargin, kTopMargin,
-                             std::max(1, cancelX - kStandardSpacing - kSideMargin), kPopUpHeight);
-
-    int y = kTopMargin + kPopUpHeight;
-    const auto separator = [&](int number) {
-        y += kGap;
-        m_horizontalSeparators[number]->setGeometry(0, y, std::max(1, width), kSeparator);
-        y += kSeparator + kGap;
-    };
-    const auto column = [&](QWidget* widget, int height) {
-        widget->setGeometry(kSideMargin, y, fieldWidth, height);
-        y += height;
-    };
-    separator(0);
-    column(m_toField, kFieldHeight);
-    // The Cc/Bcc row sits under To and takes its room from the body.
-    int bodyHeight = kBodyHeight;
-    m_copyRecipientsView->setVisible(!m_copyRecipientsView->isEmpty());
-    if (m_copyRecipientsView->isVisible()) {
-        y += kGap;
-        const int rowHeight = m_copyRecipientsView->heightForWidth(fieldWidth);
-        column(m_copyRecipientsView, rowHeight);
-        bodyHeight = std::max(kMinBodyHeight, kBodyHeight - rowHeight - kGap);
-    }
-    separator(1);
-    column(m_subjectField, kFieldHeight);
-    separator(2);
-    column(m_contentTextView, bodyHeight);
-    separator(3);
-    column(m_collectionScrollview, kStripHeight);
-}
-
 bool ExtensionComposerController::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_collectionView && event->type() == QEvent::Resize)
+        layoutSubviews();
     // qobject_cast, not the QPointer: it is null once the view is being destroyed.
     if (watched == m_filteredRoot && qobject_cast<FlippedView*>(watched)) {
         if (event->type() == QEvent::Resize) {
@@ -294,6 +242,13 @@ void ExtensionComposerController::viewDidLoad() {
             if (alias)
                 m_popUpview->addItem(alias->mail(), represented);
         }
+    }
+    if (m_popUpview->count() == 0) {
+        // A fresh user: say why there is nothing to choose. The item stands for no account, so
+        // a Send from here goes out without a sender, as with an empty menu.
+        m_popUpview->addItem(LocalizedString("No accounts: add one in Velmora"));
+        if (auto* items = qobject_cast<QStandardItemModel*>(m_popUpview->model()))
+            items->item(0)->setEnabled(false);
     }
 }
 

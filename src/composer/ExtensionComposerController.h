@@ -20,6 +20,7 @@
 #include <memory>
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QScrollArea;
@@ -27,6 +28,7 @@ class QScrollArea;
 namespace velmora {
 
 class ExtensionAccount;
+class ComposerKeyboard;
 class ExtensionAttachmentCollectionView;
 class ExtensionContext;
 class ExtensionCopyRecipientsView;
@@ -80,6 +82,8 @@ public:
 
     // The views, for the share entry and for tests.
     QComboBox* popUpview() const { return m_popUpview; }
+    // "From:" before the pop-up, its buddy: its name for screen readers and its mnemonic.
+    QLabel* fromLabel() const { return m_fromLabel; }
     QLineEdit* subjectField() const { return m_subjectField; }
     ExtensionTokenField* toField() const { return m_toField; }
     // The Cc and Bcc a share brought, and its notices; shown under To only while not empty.
@@ -90,6 +94,8 @@ public:
     QScrollArea* collectionScrollview() const { return m_collectionScrollview; }
     ExtensionAttachmentCollectionView* collectionView() const { return m_collectionView; }
     FlippedView* horizontalSeparator(int number) const; // 1 to 4
+    // The focus chain, its keys and the focus ring.
+    ComposerKeyboard* keyboard() const { return m_keyboard; }
 
     // Hands command URLs to the main application; true when it could be launched. The default
     // is ExtensionUtilities::LaunchCommands; a command line may print the URLs instead.
@@ -141,6 +147,8 @@ private:
     void takeInMessage(const std::shared_ptr<ExtensionMessage>& shared);
     void appendHtmlBody(const QString& html);
     void layoutSubviews();
+    // Gives every control a name and, where Qt has none, a role for screen readers.
+    void nameForAccessibility();
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     QRect m_frame;
@@ -148,6 +156,7 @@ private:
     // destroyed still sends events here after it has stopped being a FlippedView.
     const QObject* m_filteredRoot = nullptr;
     QPointer<FlippedView> m_fxLight; // the translucent background, behind everything
+    QLabel* m_fromLabel = nullptr;
     QComboBox* m_popUpview = nullptr;
     QLineEdit* m_subjectField = nullptr;
     ExtensionTokenField* m_toField = nullptr;
@@ -166,6 +175,7 @@ private:
     QPointer<ExtensionAttachmentController> m_attachmentController;
     CommandLauncher m_commandLauncher;
     HandOff* m_handOff = nullptr;
+    ComposerKeyboard* m_keyboard = nullptr;
     bool m_alertsOnFailedLaunch = true;
 };
 

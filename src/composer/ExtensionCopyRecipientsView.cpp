@@ -28,7 +28,8 @@ ExtensionCopyRecipientsView::ExtensionCopyRecipientsView(QWidget* parent)
     , m_notice(new QLabel(this)) {
     m_notice->setWordWrap(true);
     m_notice->setTextFormat(Qt::PlainText);
-    m_notice->setForegroundRole(QPalette::PlaceholderText);
+    // In the window's text colour: a placeholder's grey reads too faintly for something the
+    // user has to know (what was not attached), on a light palette below 4.5:1.
     m_notice->hide();
 }
 

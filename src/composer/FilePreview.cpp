@@ -8,11 +8,14 @@
 #include "composer/ThumbnailCache.h"
 #include "views/UiLogging.h"
 
+#include <QApplication>
+#include <QFileInfo>
 #include <QIcon>
 #include <QImageReader>
 #include <QMimeDatabase>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStyle>
 
 #include <cmath>
 #include <map>
@@ -63,9 +66,19 @@ QImage decodedImage(const QString& path, const QSize& size) {
     return image;
 }
 
+// A colour between two others: amount 0 is from, 1 is to.
+QColor mixed(const QColor& from, const QColor& to, float amount) {
+    return QColor::fromRgbF(from.redF() + (to.redF() - from.redF()) * amount,
+                            from.greenF() + (to.greenF() - from.greenF()) * amount,
+                            from.blueF() + (to.blueF() - from.blueF()) * amount);
+}
+
 // A sheet of paper with a folded corner and a few lines of text, for files whose type has no
-// icon in the theme.
+// icon in the theme; in the palette's field colours, so it sits well in a dark theme too.
 QImage builtInDocumentIcon(const QSize& size) {
+    const QPalette palette = QGuiApplication::palette();
+    const QColor paper = palette.color(QPalette::Base);
+    const QColor ink = palette.color(QPalette::Text);
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter p(&image);
@@ -83,16 +96,16 @@ QImage builtInDocumentIcon(const QSize& size) {
     outline.lineTo(page.bottomLeft());
     outline.closeSubpath();
     const qreal pen = std::max<qreal>(1.0, side / 64);
-    p.setPen(QPen(QColor(0x8a, 0x8a, 0x8a), pen));
-    p.setBrush(Qt::white);
+    p.setPen(QPen(mixed(paper, ink, 0.45f), pen));
+    p.setBrush(paper);
     p.drawPath(outline);
     QPainterPath corner;
     corner.moveTo(page.right() - fold, page.top());
     corner.lineTo(page.right() - fold, page.top() + fold);
     corner.lineTo(page.right(), page.top() + fold);
-    p.setBrush(QColor(0xdd, 0xdd, 0xdd));
+    p.setBrush(mixed(paper, ink, 0.13f));
     p.drawPath(corner);
-    p.setPen(QPen(QColor(0xb8, 0xb8, 0xb8), pen));
+    p.setPen(QPen(mixed(paper, ink, 0.28f), pen));
     for (qreal y = page.top() + fold * 1.6; y < page.bottom() - fold * 0.5; y += h / 9)
         p.drawLine(QPointF(page.left() + w * 0.15, y), QPointF(page.right() - w * 0.15, y));
     return image;
@@ -124,18 +137,19 @@ QImage themeIcon(const QMimeType& type, const QSize& size) {
     return pixmap.isNull() ? QImage() : pixmap.toImage();
 }
 
-// The content on a white page with a thin border, centred in size.
+// The content on a page of the palette's field colour with a thin border, centred in size.
 QImage framed(const QImage& content, const QSize& size) {
+    const QPalette palette = QGuiApplication::palette();
     const QImage inner =
         content.scaled(size - QSize(2, 2), Qt::KeepAspectRatio, Qt::SmoothTransformation);
     // Filled by QImage::fill and framed in an opaque grey: Qt spreads painted fills and
     // translucent blends this tall over its global thread pool, which buys nothing for one small
     // picture and hides the hand-overs from the thread sanitizer.
     QImage page(inner.size() + QSize(2, 2), QImage::Format_ARGB32_Premultiplied);
-    page.fill(Qt::white);
+    page.fill(palette.color(QPalette::Base));
     QPainter p(&page);
     p.drawImage(QPoint(1, 1), inner);
-    p.setPen(QColor(0xc4, 0xc4, 0xc4));
+    p.setPen(mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.23f));
     p.drawRect(page.rect().adjusted(0, 0, -1, -1));
     p.end();
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
@@ -170,6 +184,15 @@ void loadPreviewPlugins() {
 QImage fileTypeIcon(const QString& path, const QSize& size) {
     if (size.isEmpty())
         return {};
+    if (QFileInfo(path).isDir()) {
+        // The theme's folder, else the style's own (a bare or offscreen platform has no theme).
+        QIcon folder = QIcon::fromTheme(QStringLiteral("folder"));
+        if (folder.isNull())
+            folder = QApplication::style()->standardIcon(QStyle::SP_DirIcon);
+        const QPixmap pixmap = folder.pixmap(size);
+        if (!pixmap.isNull())
+            return pixmap.toImage().scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
     QImage icon = themeIcon(QMimeDatabase().mimeTypeForFile(path), size);
     return icon.isNull() ? sharedDocumentIcon(size) : icon;
 }

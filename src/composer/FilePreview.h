@@ -32,8 +32,9 @@ void loadPreviewPlugins();
 // not): the icon when there is no content, the frame when asIcon. Main thread only.
 QImage finishPreview(const QString& path, const QImage& content, const QSize& size, bool asIcon);
 
-// The icon of the file's type at size: the theme's icon for its MIME type, then the type's
-// generic icon, then a built-in document icon, so never null for a non-empty size. The type
+// The icon of the file's type at size: for a folder the theme's folder icon (else the style's);
+// otherwise the theme's icon for its MIME type, then the type's generic icon, then a built-in
+// document icon, so never null for a non-empty size. The type
 // comes from the file's content, or from its name when it cannot be read. Main thread only.
 QImage fileTypeIcon(const QString& path, const QSize& size);
 

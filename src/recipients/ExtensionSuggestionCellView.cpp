@@ -38,7 +38,8 @@ void ExtensionSuggestionCellView::paint(QPainter* painter, const QStyleOptionVie
     painter->save();
     painter->setClipRect(option.rect);
     painter->setFont(font);
-    painter->setPen(Qt::black);
+    // The text colour of the list's palette, on the base or on the light selection tint alike.
+    painter->setPen(option.palette.color(QPalette::Text));
     painter->drawText(box, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     painter->restore();
 }

@@ -11,8 +11,8 @@
 namespace velmora {
 
 // Paints one suggestion: the row's background as the style draws a selected or plain item, then
-// the text, black, in the system font at 13 pixels, from x 5 and y -2 in a 900-wide box, clipped
-// to the cell and elided at its end.
+// the text in the palette's text colour, in the system font at 13 pixels, from x 5 and y -2 in a
+// 900-wide box, clipped to the cell and elided at its end.
 class ExtensionSuggestionCellView : public QStyledItemDelegate {
     Q_OBJECT
 public:

@@ -10,9 +10,17 @@
 #include "recipients/TableViewZemlo.h"
 #include "views/FlippedView.h"
 
+#include <QGraphicsDropShadowEffect>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
 #include <QVBoxLayout>
 
 namespace velmora {
+
+namespace {
+constexpr qreal kShadowBlur = 12;
+} // namespace
 
 ExtensionSuggestionController::ExtensionSuggestionController(const QRect& frame, QObject* parent)
     : ViewController(parent)
@@ -38,12 +46,34 @@ void ExtensionSuggestionController::loadView() {
 
     auto* root = new FlippedView(m_frame);
     setView(root);
+    // A soft shadow under the list and the style's pop-up frame over its edges set it apart from
+    // whatever lies beneath (a thumbnail, the body's text). The frame is drawn over the list's
+    // outermost pixels, so the list keeps its whole height for rows.
+    auto* shadow = new QGraphicsDropShadowEffect(root);
+    shadow->setBlurRadius(kShadowBlur);
+    shadow->setOffset(0, 2);
+    QColor shade = root->palette().color(QPalette::Shadow);
+    shade.setAlphaF(0.35f);
+    shadow->setColor(shade);
+    root->setGraphicsEffect(shadow);
     // The list fills the panel and follows its size.
     auto* layout = new QVBoxLayout(root);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* table = new ExtensionSuggestionTableView(QRect(QPoint(0, 0), m_frame.size()), root);
     layout->addWidget(table);
     AssignTable(table);
+    auto* frame = new FlippedView(
+        QRect(QPoint(0, 0), m_frame.size()),
+        [](FlippedView* view, const QRect&) {
+            QPainter painter(view);
+            QStyleOptionFrame option;
+            option.initFrom(view);
+            option.lineWidth = view->style()->pixelMetric(QStyle::PM_MenuPanelWidth, &option, view);
+            view->style()->drawPrimitive(QStyle::PE_FrameMenu, &option, &painter, view);
+        },
+        root);
+    frame->setAttribute(Qt::WA_TransparentForMouseEvents);
+    frame->raise();
     root->hide();
 }
 

@@ -4,6 +4,7 @@
 
 #include "recipients/ExtensionSuggestionTableView.h"
 
+#include "platform/LocalizedString.h"
 #include "recipients/ExtensionSuggestionCellView.h"
 #include "recipients/ExtensionSuggestionController.h"
 
@@ -35,17 +36,7 @@ ExtensionSuggestionTableView::ExtensionSuggestionTableView(const QRect& frame, Q
     // The field keeps the keyboard; the list is steered through it.
     setFocusPolicy(Qt::NoFocus);
     setItemDelegate(new ExtensionSuggestionCellView(this));
-    // The list never has the keyboard, so its selection takes the light colour of a list
-    // without focus, under which the cells' black text stays easy to read.
-    QPalette colours = palette();
-    const QColor base = colours.color(QPalette::Base);
-    const QColor highlight = colours.color(QPalette::Highlight);
-    const QColor unfocused = QColor::fromRgbF(base.redF() * 0.7 + highlight.redF() * 0.3,
-                                              base.greenF() * 0.7 + highlight.greenF() * 0.3,
-                                              base.blueF() * 0.7 + highlight.blueF() * 0.3);
-    for (const auto group : {QPalette::Active, QPalette::Inactive})
-        colours.setColor(group, QPalette::Highlight, unfocused);
-    setPalette(colours);
+    setAccessibleName(LocalizedString("Suggestions"));
 }
 
 void ExtensionSuggestionTableView::setSuggestioncontroller(

@@ -13,9 +13,9 @@ namespace velmora {
 
 class ExtensionSuggestionController;
 
-// The suggestion list: one column, no headers or grid, rows 22 high, one row selected
-// at a time. It never takes the focus from the field being typed in, and a single click on a
-// row takes that row into the field.
+// The suggestion list: one column with a solid vertical grid line, no headers, rows 22 high, one
+// row selected at a time. It never takes the focus from the field being typed in, and a single
+// click on a row takes that row into the field.
 class ExtensionSuggestionTableView : public QTableView {
     Q_OBJECT
 public:

@@ -7,11 +7,13 @@
 #include "recipients/BackgroundDelay.h"
 #include "recipients/ExtensionSuggestionController.h"
 #include "recipients/SuggestionHost.h"
+#include "recipients/TokenFieldAccessibility.h"
 #include "recipients/TokenFieldLayout.h"
 #include "recipients/TokenFieldPainter.h"
 #include "recipients/TokenSplitting.h"
 #include "views/KeyCommands.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -109,6 +111,7 @@ ExtensionTokenField::ExtensionTokenField(QWidget* parent)
     setAttribute(Qt::WA_InputMethodEnabled);
     setCursor(Qt::IBeamCursor);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    installTokenFieldAccessibility();
     m_blink.setInterval(QGuiApplication::styleHints()->cursorFlashTime() / 2);
     connect(&m_blink, &QTimer::timeout, this, [this] {
         m_caretShown = !m_caretShown;
@@ -439,6 +442,25 @@ QVariant ExtensionTokenField::inputMethodQuery(Qt::InputMethodQuery query) const
     }
 }
 
+void ExtensionTokenField::setSelectedRange(qsizetype anchor, qsizetype caret) {
+    m_editor.setCaret(anchor);
+    m_editor.setCaret(caret, true);
+    edited();
+}
+
+QRect ExtensionTokenField::characterRect(qsizetype position) const {
+    const QRect content = contentRect();
+    const qreal left = layout().xForPosition(position);
+    const qreal right = position < m_editor.length() ? layout().xForPosition(position + 1) : left;
+    return QRectF(content.left() - m_scrollX + left, content.top(),
+                  std::max<qreal>(1, right - left), content.height())
+        .toRect();
+}
+
+qsizetype ExtensionTokenField::positionAt(const QPoint& point) const {
+    return layout().positionForX(contentX(point));
+}
+
 void ExtensionTokenField::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) {
         QWidget::mousePressEvent(event);
@@ -541,6 +563,17 @@ void ExtensionTokenField::edited() {
         m_blink.start();
     }
     update();
+    if (QAccessible::isActive()) {
+        // Screen readers hear what changed and where the caret went, in the text they read.
+        const AccessibleTokenText spoken(m_editor.tokens());
+        if (spoken.text() != m_spokenText) {
+            QAccessibleTextUpdateEvent changed(this, 0, m_spokenText, spoken.text());
+            QAccessible::updateAccessibility(&changed);
+            m_spokenText = spoken.text();
+        }
+        QAccessibleTextCursorEvent moved(this, spoken.offsetForPosition(m_editor.caret()));
+        QAccessible::updateAccessibility(&moved);
+    }
 }
 
 QRect ExtensionTokenField::contentRect() const {

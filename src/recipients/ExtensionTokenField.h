@@ -68,6 +68,13 @@ public:
     bool addObject(const std::optional<Recipient>& object, TokenEditor& textView);
     void NotifyChangedrecipients();
 
+    // Selects from anchor to caret (field positions) and shows it, as a screen reader may ask.
+    void setSelectedRange(qsizetype anchor, qsizetype caret);
+    // Where the character at the position is drawn, and the position nearest to a point, in
+    // the field's coordinates.
+    QRect characterRect(qsizetype position) const;
+    qsizetype positionAt(const QPoint& point) const;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -108,6 +115,7 @@ private:
     qreal m_scrollX = 0;
     QTimer m_blink;
     bool m_caretShown = false;
+    QString m_spokenText; // what screen readers were last told the field holds
 };
 
 } // namespace velmora

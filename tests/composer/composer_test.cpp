@@ -20,6 +20,7 @@
 #include <QDir>
 #include <QFile>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -126,7 +127,9 @@ TEST_F(Composer, LaysOutOneTopAnchoredColumnThatFollowsTheWindowsWidth) {
         expectAt(composer->cancelBtn(), right - 125, 10, 60, 20);
         QComboBox* popUp = composer->popUpview();
         // From the left margin up to Cancel, with the standard space before it.
-        EXPECT_EQ(popUp->x(), 15);
+        // Its label at the left margin, the pop-up just after it.
+        EXPECT_EQ(composer->fromLabel()->x(), 15);
+        EXPECT_EQ(popUp->x(), composer->fromLabel()->geometry().right() + 1 + 5);
         EXPECT_EQ(popUp->y(), 10);
         EXPECT_NEAR(popUp->geometry().right() + 1, right - 125 - 8, 1);
 
@@ -194,9 +197,13 @@ class ComposerWithoutUsableAccounts : public Composer {
     }
 };
 
-TEST_F(ComposerWithoutUsableAccounts, HasAnEmptyMenuAndSendsWithoutASender) {
-    EXPECT_EQ(composer->popUpview()->count(), 0);
-    EXPECT_EQ(composer->popUpview()->currentIndex(), -1);
+TEST_F(ComposerWithoutUsableAccounts, SaysThereAreNoAccountsAndSendsWithoutASender) {
+    // One item that says why, which cannot be chosen and stands for no account.
+    QComboBox* popUp = composer->popUpview();
+    ASSERT_EQ(popUp->count(), 1);
+    EXPECT_EQ(popUp->itemText(0), QStringLiteral("No accounts: add one in Velmora"));
+    EXPECT_FALSE(popUp->model()->flags(popUp->model()->index(0, 0)) & Qt::ItemIsEnabled);
+    EXPECT_FALSE(popUp->itemData(0).isValid());
     composer->send();
     EXPECT_TRUE(composer->message()->from().isNull());
     EXPECT_TRUE(composer->message()->account().isNull());

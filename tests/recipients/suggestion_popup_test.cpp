@@ -4,6 +4,7 @@
 
 #include "RecipientsHost.h"
 #include "recipients/ExtensionSuggestionCellView.h"
+#include "recipients/ExtensionSuggestionRowView.h"
 #include "recipients/ExtensionSuggestionTableView.h"
 #include "recipients/TableViewZemlo.h"
 
@@ -146,7 +147,7 @@ TEST_F(RecipientsTest, RendersThreeTokensAndTheOpenList) {
                                  table->visualRect(table->model()->index(0, 0)).topRight()) +
         QPoint(-20, 11);
     EXPECT_EQ(image.pixelColor(firstRow).name(),
-              table->palette().color(QPalette::Highlight).name());
+              ExtensionSuggestionRowView::selectionColor(table->palette()).name());
     EXPECT_EQ(image.pixelColor(300, 71 + 22 * 3 + 30), table->palette().color(QPalette::Base));
     // Across the field's middle: three token boxes, apart from each other, then the typed
     // text's glyphs and the caret, all far narrower than a box.

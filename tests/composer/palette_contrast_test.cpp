@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
+#include "FilledComposer.h"
+#include "composer/ExtensionAttachmentCollectionView.h"
+#include "composer/ExtensionAttachmentCollectionViewItem.h"
+#include "composer/ExtensionAttachmentView.h"
+#include "composer/ExtensionContentTextView.h"
+#include "composer/ExtensionCopyRecipientsView.h"
+#include "message/ExtensionMessage.h"
+#include "recipients/ExtensionSuggestionController.h"
+#include "recipients/ExtensionSuggestionTableView.h"
+#include "recipients/ExtensionTokenField.h"
+#include "recipients/TokenFieldLayout.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QHash>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+
+#include <functional>
+
+using namespace velmora;
+
+namespace {
+
+double luminance(QRgb rgb) {
+    const auto channel = [](int value) {
+        const double c = value / 255.0;
+        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(qRed(rgb)) + 0.7152 * channel(qGreen(rgb)) +
+           0.0722 * channel(qBlue(rgb));
+}
+
+double contrast(QRgb a, QRgb b) {
+    const double la = luminance(a);
+    const double lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// The contrast of the text in a region of the picture against what lies under it: the region's
+// commonest colour is the background, and the pixel that stands out most from it is the ink
+// (the full colour of a glyph's stem, which anti-aliasing leaves whole).
+double textContrast(const QImage& picture, const QRect& region) {
+    QHash<QRgb, int> counts;
+    const QRect inside = region.intersected(picture.rect());
+    for (int y = inside.top(); y <= inside.bottom(); ++y)
+        for (int x = inside.left(); x <= inside.right(); ++x)
+            ++counts[picture.pixel(x, y) | 0xff000000];
+    QRgb background = 0;
+    int most = -1;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
+        if (it.value() > most) {
+            most = it.value();
+            background = it.key();
+        }
+    }
+    double best = 1;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+        best = std::max(best, contrast(it.key(), background));
+    return best;
+}
+
+// Where one text of the composer lies, in the window's coordinates.
+struct TextSample {
+    const char* name;
+    std::function<QRect(ExtensionComposerController&)> region;
+    bool inList = false; // shown in the suggestion list; everything else is read with it closed
+};
+
+QRect inWindow(const QWidget* widget, const QRect& local) {
+    return QRect(widget->mapTo(widget->window(), local.topLeft()), local.size());
+}
+
+QRect bodyLine(ExtensionComposerController& composer, int block) {
+    ExtensionContentTextView* body = composer.contentTextView();
+    QTextCursor cursor(body->document()->findBlockByNumber(block));
+    const QRect caret = body->cursorRect(cursor);
+    return inWindow(body->viewport(), QRect(0, caret.top(), 200, caret.height()));
+}
+
+// The middle of the field's n-th piece (a token's box, or typed text), clear of a box's border.
+QRect toPiece(ExtensionComposerController& composer, int index) {
+    ExtensionTokenField* to = composer.toField();
+    const TokenFieldLayout layout(to->objectValue(), to->font());
+    const TokenFieldLayout::Piece& piece = layout.pieces().at(size_t(index));
+    const QRect first = to->characterRect(piece.start);
+    return inWindow(to, QRect(first.left() + 3, to->height() / 5, int(piece.advance) - 6,
+                              to->height() * 3 / 5));
+}
+
+QRect suggestionRow(ExtensionComposerController& composer, int row) {
+    ExtensionSuggestionTableView* table = composer.suggestionController()->table();
+    const QRect rect = table->visualRect(table->model()->index(row, 0));
+    return inWindow(table->viewport(), rect.adjusted(0, 0, -3, 0));
+}
+
+QRect inset(QWidget* widget, int by) {
+    return inWindow(widget, widget->rect().adjusted(by, by, -by, -by));
+}
+
+QRect attachmentName(ExtensionComposerController& composer, int index) {
+    ExtensionAttachmentView* view = composer.collectionView()->itemAtIndex(index)->view();
+    return inWindow(view, QRect(0, view->height() - ExtensionAttachmentView::kNameHeight,
+                                view->width(), ExtensionAttachmentView::kNameHeight));
+}
+
+const TextSample kSamples[] = {
+    {"subject", [](auto& c) { return inset(c.subjectField(), 1); }},
+    {"chosen recipient token", [](auto& c) { return toPiece(c, 0); }},
+    {"typed recipient text", [](auto& c) { return toPiece(c, 1); }},
+    {"body paragraph", [](auto& c) { return bodyLine(c, 0); }},
+    {"body link", [](auto& c) { return bodyLine(c, 1); }},
+    {"send button", [](auto& c) { return inset(c.sendBtn(), 3); }},
+    {"cancel button", [](auto& c) { return inset(c.cancelBtn(), 3); }},
+    {"from pop-up",
+     [](auto& c) {
+         QComboBox* from = c.popUpview();
+         return inWindow(from, QRect(4, 3, from->width() / 2, from->height() - 6));
+     }},
+    {"selected suggestion", [](auto& c) { return suggestionRow(c, 0); }, true},
+    {"other suggestion", [](auto& c) { return suggestionRow(c, 1); }, true},
+    {"cc row", [](auto& c) { return inWindow(c.copyRecipientsView(), QRect(0, 0, 400, 18)); }},
+    {"notice under the cc row",
+     [](auto& c) {
+         QWidget* row = c.copyRecipientsView();
+         return inWindow(row, QRect(0, 18, 400, row->height() - 18));
+     }},
+    {"first attachment name", [](auto& c) { return attachmentName(c, 0); }},
+    {"second attachment name", [](auto& c) { return attachmentName(c, 1); }},
+};
+
+using PaletteContrast = velmora::test::FilledComposer;
+
+// Every text the composer shows reads at WCAG AA (4.5:1) against what it is drawn on, in a
+// light palette and after a switch to a dark one while the composer is open: a colour fixed in
+// the code, or one taken once from the palette, fails in one of the two.
+TEST_F(PaletteContrast, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
+    ExtensionSuggestionController* suggestions = composer->suggestionController();
+    for (const auto& [theme, palette] :
+         {std::pair{"light", lightPalette()}, std::pair{"dark", darkPalette()}}) {
+        QApplication::setPalette(palette);
+        if (!suggestions->visible())
+            suggestions->showForTextField(composer->toField(),
+                                          suggestions->objectsForString(QStringLiteral("al")));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return suggestions->visible(); }));
+        QCoreApplication::processEvents();
+        const QImage withList = window.grab().toImage();
+        suggestions->cancelSuggestions();
+        const QImage picture = window.grab().toImage();
+        withList.save(
+            QStringLiteral(VELMORA_TEST_OUTPUT_DIR "/contrast-%1.png").arg(QLatin1String(theme)));
+        for (const TextSample& sample : kSamples) {
+            const QRect region = sample.region(*composer);
+            ASSERT_FALSE(region.isEmpty()) << theme << " " << sample.name;
+            EXPECT_GE(textContrast(sample.inList ? withList : picture, region), 4.5)
+                << theme << " " << sample.name << " in " << region.x() << "," << region.y() << " "
+                << region.width() << "x" << region.height();
+        }
+    }
+}
+
+} // namespace
+
+namespace {
+
+using StripOverflow = velmora::test::FilledComposer;
+
+// More attachments than fit: the scroll bar comes, below the items, so every name stays in view;
+// a shared folder shows a folder, not the document icon of a file without a picture.
+TEST_F(StripOverflow, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
+    QScrollArea* strip = composer->collectionScrollview();
+    EXPECT_FALSE(strip->horizontalScrollBar()->isVisible());
+    QDir(desktop.files()).mkdir(QStringLiteral("Holiday"));
+    auto more = ExtensionMessage::init();
+    for (const char* name : {"a.txt", "b.txt", "c.txt"})
+        more->attachments()->append(
+            velmora::test::writeBytes(desktop.files() + u'/' + QLatin1String(name), "x"));
+    more->attachments()->append(desktop.files() + QStringLiteral("/Holiday"));
+    composer->update(more);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return composer->collectionView()->count() == 6; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return strip->horizontalScrollBar()->isVisible(); }));
+    EXPECT_EQ(strip->viewport()->height(), ExtensionAttachmentView::kHeight);
+    EXPECT_LE(strip->geometry().bottom(), composer->view()->height());
+
+    const auto thumbnail = [&](int index) {
+        return composer->collectionView()->itemAtIndex(index)->view()->imv()->pixmap().toImage();
+    };
+    EXPECT_FALSE(thumbnail(5).isNull());
+    EXPECT_NE(thumbnail(5), thumbnail(1)) << "the folder shows the document icon of notes.txt";
+}
+
+} // namespace
