@@ -1,5 +1,6 @@
 #include "PlistTestSupport.h"
 #include "TestSupport.h"
+#include "platform/Log.h"
 #include "platform/PropertyList.h"
 
 #include <QVariantList>
@@ -28,8 +29,10 @@ TEST(PropertyListFile, StreamsTheRootArrayInOrderAndAgreesWithTheWholeRead) {
     EXPECT_EQ(QVariant(seen), PropertyList::arrayWithContentsOfFile(path));
 }
 
+// Nothing here is logged: a file that is no array is an expected case.
 TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     QTemporaryDir dir;
+    const LogCapture log;
     const QString broken = dir.filePath(QStringLiteral("broken.plist"));
     velmora::test::writeFile(broken, "<plist><array><string>a</string><string>b</string>"
                                      "<integer>x</integer></array></plist>");
@@ -42,8 +45,22 @@ TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     velmora::test::writeFile(dict, "<plist><dict/></plist>");
     EXPECT_TRUE(visitAll(dict, &ok).isEmpty());
     EXPECT_FALSE(ok);
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dict).isNull());
     EXPECT_TRUE(visitAll(dir.filePath(QStringLiteral("missing.plist")), &ok).isEmpty());
     EXPECT_FALSE(ok);
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.filePath(QStringLiteral("missing.plist")))
+                    .isNull());
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.path()).isNull());
+    // The whole read of a file keeps to the input limit too.
+    const QString binary = dir.filePath(QStringLiteral("binary.plist"));
+    velmora::test::writeFile(
+        binary, velmora::test::bplist::file({velmora::test::bplist::array({1}),
+                                             velmora::test::bplist::ascii("a@example.org")}));
+    EXPECT_EQ(PropertyList::arrayWithContentsOfFile(binary), QVariantList{"a@example.org"});
+    PropertyList::Limits limits;
+    limits.maxInputBytes = 20;
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(binary, limits).isNull());
+    EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
 }
 
 TEST(PropertyListFile, BinaryElementsThatShareObjectsAreEachComplete) {
