@@ -58,6 +58,8 @@ TEST_F(RecipientsTest, UpAndDownStopAtTheEndsAndReturnOrTabTakesTheSelection) {
     // Tab takes the selection too, and moves the focus on.
     typeAndWait(QStringLiteral("ann"), 3);
     ASSERT_TRUE(QTest::qWaitFor([&] { return host->controller->visible(); }, 5000));
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(host->field, Qt::Key_Up);
     QTest::keyClick(host->field, Qt::Key_Down);
     QTest::keyClick(host->field, Qt::Key_Tab);
     EXPECT_EQ(host->tokens(), (QStringList{u'[' + kAnn + u']', u'[' + kAnn + u']'}));
