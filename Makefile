@@ -2,7 +2,12 @@
 PRESET ?= default
 BUILD_DIR = build/$(PRESET)
 
-.PHONY: all bootstrap configure build test run asan tsan coverage fuzz bench format clean
+# ccache (when the build finds it) names files relative to this checkout, so objects compiled in
+# one checkout or preset folder serve every other one with the same flags.
+export CCACHE_BASEDIR := $(CURDIR)
+export CCACHE_NOHASHDIR := 1
+
+.PHONY: all bootstrap configure build program test run asan tsan fuzz bench deb coverage format clean
 
 all: build
 
@@ -12,8 +17,13 @@ bootstrap:
 configure: bootstrap
 	cmake --preset $(PRESET)
 
+# Everything: the program, the tests and (default preset) the benchmarks.
 build: configure
 	cmake --build --preset $(PRESET)
+
+# Only the program, so that the composer appears as soon as it is linked.
+program: configure
+	cmake --build --preset $(PRESET) --target velmora-share
 
 test: build
 	ctest --preset $(PRESET)
@@ -40,7 +50,7 @@ coverage: bootstrap
 	    --json-summary-pretty --json-summary build/coverage/report/summary.json \
 	    --txt build/coverage/report/files.txt --print-summary
 
-run: build
+run: program
 	scripts/run-demo $(BUILD_DIR)
 
 bench: build
@@ -49,6 +59,10 @@ bench: build
 fuzz: bootstrap
 	cmake --preset fuzz && cmake --build --preset fuzz
 	scripts/run-fuzzers build/fuzz $(or $(FUZZ_SECONDS),60)
+
+# The Debian package, checked by lintian; the .deb files land in build/deb/.
+deb: bootstrap
+	scripts/build-deb
 
 format:
 	clang-format -i $$(git ls-files '*.cpp' '*.h')

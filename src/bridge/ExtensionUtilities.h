@@ -41,13 +41,25 @@ public:
     // The data folder inside the container; null when there is no container.
     static QString GroupDataPath();
 
-    // Empties the staging folder of service (deletes it and creates it again).
+    // Starts a share in the staging folder of service: removes what no share needs any more
+    // (folders of shares that ended longer than the grace period ago and that nobody holds) and
+    // makes this share's own folder in it, which lives as long as the process (ShareFolder).
     static void ShareInit(const QString& service);
-    // Copies files and folders into the staging folder under collision-free names; returns the
-    // staged paths of those that were copied, in input order.
-    static QStringList ShareFiles(const QString& service, const QStringList& paths);
-    // Writes each buffer as "image.png" (or image_1.png ...) into the staging folder.
-    static QStringList ShareDatas(const QString& service, const QList<QByteArray>& datas);
+    // Told, on the staging thread, how the staging of each input goes: bytes copied of the
+    // input at index (total -1 when unknown), and each input or folder entry left out, with the
+    // reason.
+    struct StagingObserver {
+        std::function<void(qsizetype index, qint64 done, qint64 total)> progress;
+        std::function<void(const QString& name, const QString& reason)> leftOut;
+    };
+    // Copies files and folders into this share's own folder of the staging folder under
+    // collision-free names; returns the staged paths of those that were copied, in input order. A folder is staged with the
+    // entries that could be copied; the others are logged and told to the observer.
+    static QStringList ShareFiles(const QString& service, const QStringList& paths,
+                                  const StagingObserver& observer = {});
+    // Writes each buffer as "image.png" (or image_1.png ...) into this share's own folder.
+    static QStringList ShareDatas(const QString& service, const QList<QByteArray>& datas,
+                                  const StagingObserver& observer = {});
 
     // Receives the message made from the shared items; the error is always null.
     using MessageCompletion = std::function<void(const std::shared_ptr<ExtensionMessage>& message,
@@ -60,7 +72,9 @@ public:
     // title the subject), a file a staged copy and an image a staged PNG, each staged path an
     // attachment. Waits about 0.1 s at a time until every provider has answered, for at most
     // 101 waits, then calls completion once on that thread; later answers still change the
-    // message. sleep replaces the real wait (for tests).
+    // message. The context's staging status tells meanwhile which items are still on their
+    // way (and how far their copies are) and which were left out, and why. sleep replaces the
+    // real wait (for tests).
     static void GetItemForExtension(const std::shared_ptr<ExtensionContext>& context,
                                     const QString& service, MessageCompletion completion,
                                     Sleep sleep = {});

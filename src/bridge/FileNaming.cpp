@@ -1,11 +1,15 @@
 #include "bridge/FileNaming.h"
 
+#include "platform/FileNames.h"
+
 #include <QFileInfo>
 
 namespace velmora {
 
 QString Zemlo_Fs::SafeFileName(const QString& name) {
-    QString safe = name;
+    // A name that is not valid UTF-8 is staged under a valid one, so that the command URL that
+    // carries the staged path is valid UTF-8 too.
+    QString safe = FileNames::displayable(name);
     safe.replace(u'/', u'_');
     safe.replace(QChar(u'\0'), u'_');
     if (safe.isEmpty() || safe == u"." || safe == u"..")

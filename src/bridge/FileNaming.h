@@ -20,7 +20,7 @@ public:
                                const ExistsFunction& exists);
 
     // name with path separators, NUL and the special names "." and ".." replaced so that it is
-    // one plain entry of a folder.
+    // one plain entry of a folder, and bytes that are not UTF-8 (FileNames) as U+FFFD.
     static QString SafeFileName(const QString& name);
 };
 

@@ -1,9 +1,14 @@
 #include "bridge/FileStaging.h"
 
+#include "platform/FileDescriptor.h"
+#include "platform/FileNames.h"
+
 #include <QFile>
+#include <QtGlobal>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -14,8 +19,10 @@
 #include <memory>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace velmora {
 
@@ -24,30 +31,13 @@ namespace {
 constexpr int kMaxFolderDepth = 256;
 constexpr int kMaxRenameAttempts = 1000;
 
-// A descriptor closed on every path out.
-class Fd {
-public:
-    explicit Fd(int fd = -1)
-        : m_fd(fd) {}
-    ~Fd() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return m_fd; }
-    int release() { return std::exchange(m_fd, -1); }
-
-private:
-    int m_fd;
-};
-
 QString quoted(const QString& path) {
     return u'"' + path + u'"';
 }
 
+// A shared file's name may be any bytes; FileNames gives them back exactly.
 QByteArray encoded(const QString& path) {
-    return QFile::encodeName(path);
+    return FileNames::encode(path);
 }
 
 // Removes a temporary entry unless it was renamed into place.
@@ -70,67 +60,176 @@ private:
     QByteArray m_path;
 };
 
-std::optional<Error> copyFileData(int in, int out, off_t size, const QString& what) {
-    // A clone shares the blocks: instant where the file system can do it (btrfs, xfs).
-    if (::ioctl(out, FICLONE, in) == 0)
-        return std::nullopt;
-    off_t left = size;
-    bool kernelCopy = true;
-    while (left > 0 || !kernelCopy) {
+constexpr off_t kChunk = off_t(1) << 20;
+
+// A pipe, socket or device: no content to attach, and reading one could wait for ever.
+Error notFileOrFolder(const QString& path) {
+    return {QString::fromLatin1(kPosixErrorDomain), EINVAL,
+            QStringLiteral("cannot copy %1: not a file or folder").arg(quoted(path))};
+}
+
+// One copy under way: what it reports and what it could not copy.
+struct Copy {
+    const FileStaging::Progress& progress;
+    qint64 total = -1;
+    qint64 done = 0;
+    QList<FileStaging::LeftOut> leftOut;
+
+    void advance(qint64 bytes) {
+        done += bytes;
+        if (progress)
+            progress(done, total);
+    }
+};
+
+// The test hook's wait, read once: tests set it before the program starts.
+std::chrono::milliseconds testDelay() {
+    static const std::chrono::milliseconds delay(
+        qEnvironmentVariableIntValue("VELMORA_TEST_COPY_DELAY_MS"));
+    return delay;
+}
+
+void pauseForTests() {
+    if (testDelay().count() > 0)
+        std::this_thread::sleep_for(testDelay());
+}
+
+// Copies the bytes [from, to) to the same offsets of out. False in reached when the source
+// ended early (it shrank while we copied).
+std::optional<Error> copyRange(int in, int out, off_t from, off_t to, bool& kernelCopy,
+                               off_t& reached, Copy& copy, const QString& path) {
+    std::vector<char> buffer;
+    reached = from;
+    while (reached < to) {
+        pauseForTests();
+        const size_t want = size_t(std::min(to - reached, kChunk));
+        ssize_t n = 0;
         if (kernelCopy) {
-            const ssize_t n = ::copy_file_range(in, nullptr, out, nullptr,
-                                                size_t(std::min<off_t>(left, off_t(1) << 30)), 0);
-            if (n > 0) {
-                left -= n;
-                continue;
-            }
-            if (n == 0)
-                break; // the file shrank while we copied: what is there is copied
-            if (errno == EINTR)
-                continue;
-            if (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP) {
+            off_t inOffset = reached;
+            off_t outOffset = reached;
+            n = ::copy_file_range(in, &inOffset, out, &outOffset, want, 0);
+            if (n < 0 &&
+                (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP)) {
                 kernelCopy = false; // file systems that cannot: copy through a buffer
                 continue;
             }
-            return Error::posix(errno, QStringLiteral("cannot copy %1").arg(what));
+        } else {
+            buffer.resize(size_t(kChunk));
+            n = ::pread(in, buffer.data(), want, reached);
+            for (ssize_t written = 0; n > 0 && written < n;) {
+                const ssize_t w =
+                    ::pwrite(out, buffer.data() + written, size_t(n - written), reached + written);
+                if (w < 0 && errno == EINTR)
+                    continue;
+                if (w < 0)
+                    return Error::posix(errno, QStringLiteral("cannot write %1").arg(quoted(path)));
+                written += w;
+            }
         }
-        char buffer[1 << 16];
-        const ssize_t n = ::read(in, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return Error::posix(errno, QStringLiteral("cannot copy %1").arg(quoted(path)));
         if (n == 0)
-            break;
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            return Error::posix(errno, QStringLiteral("cannot read %1").arg(what));
-        }
-        for (ssize_t done = 0; done < n;) {
-            const ssize_t w = ::write(out, buffer + done, size_t(n - done));
-            if (w < 0 && errno == EINTR)
-                continue;
-            if (w < 0)
-                return Error::posix(errno, QStringLiteral("cannot write %1").arg(what));
-            done += w;
-        }
+            return std::nullopt; // the file shrank while we copied: what is there is copied
+        reached += n;
+        copy.advance(n);
     }
     return std::nullopt;
 }
 
-std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, const char* dstName,
-                              const QString& what, int depth);
+std::optional<Error> copyFileData(int in, int out, off_t size, Copy& copy, const QString& path) {
+    // A clone shares the blocks: instant where the file system can do it (btrfs, xfs).
+    if (testDelay().count() == 0 && ::ioctl(out, FICLONE, in) == 0) {
+        copy.advance(size);
+        return std::nullopt;
+    }
+    // Only the data extents are copied; the holes between them stay holes, and the final
+    // truncation gives the copy the source's size even where the source ends in a hole.
+    bool kernelCopy = true;
+    off_t end = size;
+    off_t written = 0; // the end of the last extent written
+    for (off_t position = 0; position < size;) {
+        off_t data = ::lseek(in, position, SEEK_DATA);
+        off_t hole = size;
+        if (data < 0 && errno == ENXIO) {
+            copy.advance(size - position); // a hole up to the end
+            break;
+        }
+        if (data < 0) {
+            data = position; // no extent map here: everything counts as data
+        } else {
+            hole = ::lseek(in, data, SEEK_HOLE);
+            hole = hole < 0 ? size : std::min(hole, size);
+        }
+        if (data > position)
+            copy.advance(std::min(data, size) - position);
+        if (data >= size)
+            break;
+        off_t reached = data;
+        if (auto error = copyRange(in, out, data, hole, kernelCopy, reached, copy, path))
+            return error;
+        written = reached;
+        if (reached < hole) {
+            end = reached;
+            break;
+        }
+        position = hole;
+    }
+    // Only a copy that ends in a hole needs its size set: truncating costs a journal
+    // transaction on some file systems, which thousands of small files would feel.
+    if (written < end && ::ftruncate(out, end) < 0)
+        return Error::posix(errno, QStringLiteral("cannot write %1").arg(quoted(path)));
+    return std::nullopt;
+}
 
-std::optional<Error> copyFolderContents(int srcDirFd, int dstDirFd, const QString& what,
-                                        int depth) {
+std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, const char* dstName,
+                              const QString& path, int depth, Copy& copy);
+
+// Copies one entry of a folder; a failure leaves the entry out and the copy goes on.
+void copyEntry(int srcDirFd, int dstDirFd, const char* name, const QString& path, int depth,
+               Copy& copy) {
+    const auto leaveOut = [&](int err, const QString& what) {
+        copy.leftOut.append({path, Error::posix(err, what.arg(quoted(path)))});
+    };
+    struct stat est {};
+    if (::fstatat(srcDirFd, name, &est, AT_SYMLINK_NOFOLLOW) < 0)
+        return leaveOut(errno, QStringLiteral("cannot read %1"));
+    if (S_ISLNK(est.st_mode)) {
+        char target[PATH_MAX];
+        const ssize_t len = ::readlinkat(srcDirFd, name, target, sizeof target - 1);
+        if (len < 0)
+            return leaveOut(errno, QStringLiteral("cannot read %1"));
+        target[len] = '\0';
+        if (::symlinkat(target, dstDirFd, name) < 0)
+            return leaveOut(errno, QStringLiteral("cannot copy %1"));
+        return;
+    }
+    if (!S_ISREG(est.st_mode) && !S_ISDIR(est.st_mode))
+        return copy.leftOut.append({path, notFileOrFolder(path)});
+    FileDescriptor child(::openat(srcDirFd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (child.get() < 0)
+        return leaveOut(errno, QStringLiteral("cannot open %1"));
+    if (auto error = copyInto(child.get(), est, dstDirFd, name, path, depth + 1, copy)) {
+        copy.leftOut.append({path, *error});
+        // A half-made copy goes; a folder that could not be made empty stays.
+        ::unlinkat(dstDirFd, name, S_ISDIR(est.st_mode) ? AT_REMOVEDIR : 0);
+    }
+}
+
+std::optional<Error> copyFolderContents(int srcDirFd, int dstDirFd, const QString& path, int depth,
+                                        Copy& copy) {
     if (depth > kMaxFolderDepth)
-        return Error::posix(ELOOP,
-                            QStringLiteral("cannot copy %1: folders nested too deep").arg(what));
+        return Error::posix(
+            ELOOP, QStringLiteral("cannot copy %1: folders nested too deep").arg(quoted(path)));
     const int dupFd = ::dup(srcDirFd);
     if (dupFd < 0)
-        return Error::posix(errno, QStringLiteral("cannot read %1").arg(what));
+        return Error::posix(errno, QStringLiteral("cannot read %1").arg(quoted(path)));
     DIR* dir = ::fdopendir(dupFd);
     if (!dir) {
         const int err = errno;
         ::close(dupFd);
-        return Error::posix(err, QStringLiteral("cannot read %1").arg(what));
+        return Error::posix(err, QStringLiteral("cannot read %1").arg(quoted(path)));
     }
     const std::unique_ptr<DIR, int (*)(DIR*)> closer(dir, ::closedir);
     ::rewinddir(dir);
@@ -139,54 +238,37 @@ std::optional<Error> copyFolderContents(int srcDirFd, int dstDirFd, const QStrin
         const dirent* entry = ::readdir(dir);
         if (!entry) {
             if (errno != 0)
-                return Error::posix(errno, QStringLiteral("cannot read %1").arg(what));
+                return Error::posix(errno, QStringLiteral("cannot read %1").arg(quoted(path)));
             return std::nullopt;
         }
         const char* name = entry->d_name;
         if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0)
             continue;
-        const QString inner = what.chopped(1) + u'/' + QFile::decodeName(name) + u'"';
-        struct stat est {};
-        if (::fstatat(srcDirFd, name, &est, AT_SYMLINK_NOFOLLOW) < 0)
-            return Error::posix(errno, QStringLiteral("cannot read %1").arg(inner));
-        if (S_ISLNK(est.st_mode)) {
-            char target[PATH_MAX];
-            const ssize_t len = ::readlinkat(srcDirFd, name, target, sizeof target - 1);
-            if (len < 0)
-                return Error::posix(errno, QStringLiteral("cannot read %1").arg(inner));
-            target[len] = '\0';
-            if (::symlinkat(target, dstDirFd, name) < 0)
-                return Error::posix(errno, QStringLiteral("cannot copy %1").arg(inner));
-            continue;
-        }
-        if (!S_ISREG(est.st_mode) && !S_ISDIR(est.st_mode))
-            continue; // pipes, sockets and devices hold no content to attach
-        Fd child(::openat(srcDirFd, name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-        if (child.get() < 0)
-            return Error::posix(errno, QStringLiteral("cannot open %1").arg(inner));
-        if (auto error = copyInto(child.get(), est, dstDirFd, name, inner, depth + 1))
-            return error;
+        copyEntry(srcDirFd, dstDirFd, name, path + u'/' + QFile::decodeName(name), depth, copy);
     }
 }
 
 // Copies the open source (a file or folder) to dstName inside dstDirFd.
 std::optional<Error> copyInto(int srcFd, const struct stat& st, int dstDirFd, const char* dstName,
-                              const QString& what, int depth) {
+                              const QString& path, int depth, Copy& copy) {
     if (S_ISDIR(st.st_mode)) {
         if (::mkdirat(dstDirFd, dstName, 0700) < 0)
-            return Error::posix(errno, QStringLiteral("cannot create a folder for %1").arg(what));
-        Fd out(::openat(dstDirFd, dstName, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            return Error::posix(errno,
+                                QStringLiteral("cannot create a folder for %1").arg(quoted(path)));
+        FileDescriptor out(::openat(dstDirFd, dstName, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (out.get() < 0)
-            return Error::posix(errno, QStringLiteral("cannot open the copy of %1").arg(what));
-        if (auto error = copyFolderContents(srcFd, out.get(), what, depth))
+            return Error::posix(errno,
+                                QStringLiteral("cannot open the copy of %1").arg(quoted(path)));
+        if (auto error = copyFolderContents(srcFd, out.get(), path, depth, copy))
             return error;
         ::fchmod(out.get(), (st.st_mode & 0777) | S_IRWXU);
         return std::nullopt;
     }
-    Fd out(::openat(dstDirFd, dstName, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    FileDescriptor out(::openat(dstDirFd, dstName, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (out.get() < 0)
-        return Error::posix(errno, QStringLiteral("cannot create the copy of %1").arg(what));
-    if (auto error = copyFileData(srcFd, out.get(), st.st_size, what))
+        return Error::posix(errno,
+                            QStringLiteral("cannot create the copy of %1").arg(quoted(path)));
+    if (auto error = copyFileData(srcFd, out.get(), st.st_size, copy, path))
         return error;
     ::fchmod(out.get(), (st.st_mode & 0777) | S_IRUSR | S_IWUSR);
     return std::nullopt;
@@ -201,7 +283,7 @@ FileStaging::Result publish(TemporaryEntry& temporary, const FileStaging::NameCh
         if (::renameat2(AT_FDCWD, temporary.path().constData(), AT_FDCWD, target.constData(),
                         RENAME_NOREPLACE) == 0) {
             temporary.keep();
-            return {path, std::nullopt};
+            return {path, std::nullopt, {}};
         }
         if (errno == EEXIST)
             continue;
@@ -211,21 +293,21 @@ FileStaging::Result publish(TemporaryEntry& temporary, const FileStaging::NameCh
             if (::link(temporary.path().constData(), target.constData()) == 0) {
                 ::unlink(temporary.path().constData());
                 temporary.keep();
-                return {path, std::nullopt};
+                return {path, std::nullopt, {}};
             }
             if (errno == EEXIST)
                 continue;
             if (::access(target.constData(), F_OK) != 0 &&
                 ::rename(temporary.path().constData(), target.constData()) == 0) {
                 temporary.keep();
-                return {path, std::nullopt};
+                return {path, std::nullopt, {}};
             }
         }
-        return {
-            {},
-            Error::posix(errno, QStringLiteral("cannot move the copy to %1").arg(quoted(path)))};
+        return {{},
+                Error::posix(errno, QStringLiteral("cannot move the copy to %1").arg(quoted(path))),
+                {}};
     }
-    return {{}, Error::posix(EEXIST, QStringLiteral("no free name for the copy"))};
+    return {{}, Error::posix(EEXIST, QStringLiteral("no free name for the copy")), {}};
 }
 
 QByteArray temporaryTemplate(const QString& folder) {
@@ -235,65 +317,72 @@ QByteArray temporaryTemplate(const QString& folder) {
 } // namespace
 
 FileStaging::Result FileStaging::copyItem(const QString& source, const QString& folder,
-                                          const NameChooser& chooseName) {
+                                          const NameChooser& chooseName, const Progress& progress) {
     const QString what = quoted(source);
+    pauseForTests();
     // O_NONBLOCK: opening a named pipe must not wait for a writer; it is refused below.
-    Fd in(::open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    FileDescriptor in(::open(encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (in.get() < 0)
-        return {{}, Error::posix(errno, QStringLiteral("cannot open %1").arg(what))};
+        return {{}, Error::posix(errno, QStringLiteral("cannot open %1").arg(what)), {}};
     struct stat st {};
     if (::fstat(in.get(), &st) < 0)
-        return {{}, Error::posix(errno, QStringLiteral("cannot read %1").arg(what))};
+        return {{}, Error::posix(errno, QStringLiteral("cannot read %1").arg(what)), {}};
     if (!S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode))
-        return {
-            {},
-            Error::posix(EINVAL, QStringLiteral("cannot copy %1: not a file or folder").arg(what))};
+        return {{}, notFileOrFolder(source), {}};
     if (S_ISREG(st.st_mode)) {
         // Reads block from here on; the flag only mattered for the open.
         ::fcntl(in.get(), F_SETFL, ::fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
     }
 
-    Fd folderFd(::open(encoded(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor folderFd(
+        ::open(encoded(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folderFd.get() < 0)
         return {
             {},
-            Error::posix(errno, QStringLiteral("cannot open the folder %1").arg(quoted(folder)))};
+            Error::posix(errno, QStringLiteral("cannot open the folder %1").arg(quoted(folder))),
+            {}};
 
     QByteArray templ = temporaryTemplate(folder);
     if (!::mkdtemp(templ.data()))
         return {{},
-                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
+                {}};
     // The copy is built inside a private temporary folder, so a half-made copy never has a name
     // that anybody could take for a staged file; the finished entry is then moved into place.
     TemporaryEntry holder(templ);
-    Fd holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (holderFd.get() < 0)
         return {{},
-                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
-    if (auto error = copyInto(in.get(), st, holderFd.get(), "item", what, 0))
-        return {{}, error};
+                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
+                {}};
+    Copy copy{progress, S_ISREG(st.st_mode) ? qint64(st.st_size) : -1, 0, {}};
+    if (auto error = copyInto(in.get(), st, holderFd.get(), "item", source, 0, copy))
+        return {{}, error, {}};
 
     TemporaryEntry item(templ + "/item");
     Result result = publish(item, chooseName);
+    if (!result.error)
+        result.leftOut = std::move(copy.leftOut);
     return result;
 }
 
 FileStaging::Result FileStaging::writeData(const QByteArray& bytes, const QString& folder,
                                            const NameChooser& chooseName) {
     QByteArray templ = temporaryTemplate(folder);
-    Fd out(::mkostemp(templ.data(), O_CLOEXEC));
+    FileDescriptor out(::mkostemp(templ.data(), O_CLOEXEC));
     if (out.get() < 0)
         return {{},
-                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
+                {}};
     TemporaryEntry temporary(templ);
     for (qsizetype done = 0; done < bytes.size();) {
         const ssize_t w = ::write(out.get(), bytes.constData() + done, size_t(bytes.size() - done));
         if (w < 0 && errno == EINTR)
             continue;
         if (w < 0)
-            return {
-                {},
-                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder)))};
+            return {{},
+                    Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
+                    {}};
         done += w;
     }
     // mkstemp makes the file private; a staged file is as readable as any the user writes.

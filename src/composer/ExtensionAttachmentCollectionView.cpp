@@ -73,8 +73,20 @@ int ExtensionAttachmentCollectionView::indexAt(const QPoint& pos) const {
 }
 
 QSize ExtensionAttachmentCollectionView::sizeHint() const {
-    const int width = m_items.empty() ? 0 : itemFrame(count() - 1).right() + 1;
+    const int trailing = m_trailing ? m_trailing->sizeHint().width() : 0;
+    const int width = trailing > 0      ? itemFrame(count()).x() + trailing
+                      : m_items.empty() ? 0
+                                        : itemFrame(count() - 1).right() + 1;
     return {width, ExtensionAttachmentView::kHeight};
+}
+
+void ExtensionAttachmentCollectionView::setTrailingView(QWidget* view) {
+    if (view && view->parentWidget() != this)
+        view->setParent(this);
+    m_trailing = view;
+    if (view)
+        view->show();
+    layoutItems();
 }
 
 void ExtensionAttachmentCollectionView::rebuild() {
@@ -112,6 +124,8 @@ void ExtensionAttachmentCollectionView::removeItems(int first, int last) {
 void ExtensionAttachmentCollectionView::layoutItems() {
     for (int i = 0; i < count(); ++i)
         m_items[size_t(i)]->view()->setGeometry(itemFrame(i));
+    if (m_trailing)
+        m_trailing->setGeometry(QRect(itemFrame(count()).topLeft(), m_trailing->sizeHint()));
     // Wide enough for every item, so an enclosing scroll area scrolls to the last one.
     resize(std::max(width(), sizeHint().width()), std::max(height(), sizeHint().height()));
     updateGeometry();

@@ -32,6 +32,10 @@ public:
     // Makes the strip's thumbnails; idle() tells when none is pending.
     ThumbnailLoader* thumbnailLoader() const { return m_loader; }
 
+    // A view shown after the last item, as wide as its size hint (the cards of items not yet
+    // attached); not an item. Call again when its size hint has changed.
+    void setTrailingView(QWidget* view);
+
     int count() const { return int(m_items.size()); }
     ExtensionAttachmentCollectionViewItem* itemAtIndex(int index) const;
     // The row of the item at pos, -1 between or after the items.
@@ -55,6 +59,7 @@ private:
     QPointer<ExtensionAttachmentController> m_controller;
     std::vector<ExtensionAttachmentCollectionViewItem*> m_items; // owned, children of this
     ThumbnailLoader* m_loader;
+    QPointer<QWidget> m_trailing;
     bool m_synchronous = false;
     QList<QMetaObject::Connection> m_connections;
 };

@@ -4,11 +4,14 @@
 #include "bridge/ExtensionUtilities.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentController.h"
+#include "composer/HandOff.h"
+#include "composer/ExtensionCopyRecipientsView.h"
 #include "directory/ExtensionAccount.h"
 #include "directory/ExtensionAddress.h"
 #include "message/ExtensionMessage.h"
 #include "platform/ExtensionContext.h"
 #include "platform/ExtensionItem.h"
+#include "platform/InertTextDocument.h"
 #include "platform/LocalizedString.h"
 #include "platform/MainQueue.h"
 #include "recipients/ExtensionSuggestionController.h"
@@ -26,7 +29,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
@@ -44,6 +46,7 @@ constexpr int kGap = 5;          // above and below each separator
 constexpr int kSeparator = 1;    // a separator line's thickness
 constexpr int kFieldHeight = 18; // To and Subject
 constexpr int kBodyHeight = 100;
+constexpr int kMinBodyHeight = 36; // what the body keeps when the Cc/Bcc row takes room
 constexpr int kStripHeight = 168;
 constexpr int kButtonWidth = 60;
 constexpr int kButtonHeight = 20;
@@ -70,30 +73,6 @@ void clearBackground(QWidget* widget) {
     palette.setColor(QPalette::Window, Qt::transparent);
     widget->setPalette(palette);
     widget->setAutoFillBackground(false);
-}
-
-// Reads HTML without ever fetching what it refers to: images and style sheets stay unloaded.
-class DetachedDocument : public QTextDocument {
-public:
-    using QTextDocument::QTextDocument;
-
-protected:
-    QVariant loadResource(int, const QUrl&) override { return {}; }
-};
-
-// An empty stand-in for every image the fragment refers to, so that the document showing it
-// never reads one from disk either.
-void registerEmptyImages(const QTextDocument& source, QTextDocument* target) {
-    for (QTextBlock block = source.begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextCharFormat format = it.fragment().charFormat();
-            if (format.isImageFormat()) {
-                // Asking the target first would already load the image.
-                target->addResource(QTextDocument::ImageResource,
-                                    QUrl(format.toImageFormat().name()), QImage());
-            }
-        }
-    }
 }
 
 QString nonNull(const QString& text) {
@@ -187,6 +166,11 @@ void ExtensionComposerController::loadView() {
     m_toField->setFont(systemFont(15));
     m_horizontalSeparators[2]->raise();
 
+    m_copyRecipientsView = new ExtensionCopyRecipientsView(root);
+    m_copyRecipientsView->hide();
+    connect(m_copyRecipientsView, &ExtensionCopyRecipientsView::changed, this,
+            &ExtensionComposerController::layoutSubviews);
+
     m_contentTextView = new ExtensionContentTextView(root);
     m_contentTextView->setFont(systemFont(15));
     m_contentTextView->document()->setDefaultFont(systemFont(15));
@@ -211,6 +195,8 @@ void ExtensionComposerController::loadView() {
     // The scroll area turns its document's background on; the strip stays transparent.
     m_collectionView->setAutoFillBackground(false);
     m_collectionScrollview->setWidgetResizable(false);
+    m_handOff = new HandOff(m_sendBtn, m_context ? m_context->stagingStatus() : nullptr, this);
+    m_handOff->showIn(m_attachmentController, m_collectionView);
 
     m_suggestionController = new ExtensionSuggestionController(m_frame, this);
     m_suggestionController->view()->setParent(root);
@@ -253,10 +239,19 @@ void ExtensionComposerController::layoutSubviews() {
     };
     separator(0);
     column(m_toField, kFieldHeight);
+    // The Cc/Bcc row sits under To and takes its room from the body.
+    int bodyHeight = kBodyHeight;
+    m_copyRecipientsView->setVisible(!m_copyRecipientsView->isEmpty());
+    if (m_copyRecipientsView->isVisible()) {
+        y += kGap;
+        const int rowHeight = m_copyRecipientsView->heightForWidth(fieldWidth);
+        column(m_copyRecipientsView, rowHeight);
+        bodyHeight = std::max(kMinBodyHeight, kBodyHeight - rowHeight - kGap);
+    }
     separator(1);
     column(m_subjectField, kFieldHeight);
     separator(2);
-    column(m_contentTextView, kBodyHeight);
+    column(m_contentTextView, bodyHeight);
     separator(3);
     column(m_collectionScrollview, kStripHeight);
 }
@@ -309,6 +304,7 @@ void ExtensionComposerController::update(const std::shared_ptr<ExtensionMessage>
 void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionMessage>& shared) {
     view();
     if (!shared || !m_message) {
+        m_handOff->messageTakenIn();
         Q_EMIT messageTakenIn();
         return;
     }
@@ -350,15 +346,17 @@ void ExtensionComposerController::takeInMessage(const std::shared_ptr<ExtensionM
         m_contentTextView->setPlainText(plain);
     else if (html.length() > 0)
         appendHtmlBody(html);
+    m_handOff->messageTakenIn();
     Q_EMIT messageTakenIn();
 }
 
 void ExtensionComposerController::appendHtmlBody(const QString& html) {
-    DetachedDocument parsed;
+    // Neither parsing it here nor showing it in the body (an inert document too) reads anything
+    // the HTML names.
+    InertTextDocument parsed;
     parsed.setDefaultFont(m_contentTextView->document()->defaultFont());
     parsed.setHtml(QString::fromUtf8(html.toUtf8()));
     QTextDocument* body = m_contentTextView->document();
-    registerEmptyImages(parsed, body);
 
     QTextCursor cursor(body);
     cursor.movePosition(QTextCursor::End);
@@ -369,6 +367,8 @@ void ExtensionComposerController::appendHtmlBody(const QString& html) {
 
 void ExtensionComposerController::send() {
     view();
+    if (m_handOff->holdSend([this] { send(); }))
+        return;
     const ExtensionContext::Items items{std::make_shared<ExtensionItem>()};
 
     const QVariant represented = m_popUpview ? m_popUpview->currentData() : QVariant();
@@ -387,6 +387,10 @@ void ExtensionComposerController::send() {
     m_message->setSubject(nonNull(m_subjectField->text()));
     m_message->setPlainBody(nonNull(m_contentTextView->toPlainText()));
     m_message->setHtmlBody(QString::fromUtf8(m_contentTextView->document()->toHtml().toUtf8()));
+    // Cc and Bcc are exactly what the row shows.
+    using Field = ExtensionCopyRecipientsView::Field;
+    m_message->setCc(std::make_shared<AddressList>(m_copyRecipientsView->recipients(Field::Cc)));
+    m_message->setBcc(std::make_shared<AddressList>(m_copyRecipientsView->recipients(Field::Bcc)));
 
     QStringList recipients;
     if (const std::shared_ptr<AddressList> to = m_message->to()) {
@@ -396,9 +400,12 @@ void ExtensionComposerController::send() {
     Q_UNUSED(recipients); // the recipients travel in the message itself
 
     const UrlText url = m_message->queryUrl(ConstVars::commandSend);
-    // The request ends whether or not the main application could be launched.
-    if (m_commandLauncher)
-        m_commandLauncher({url}, true);
+    const auto launch = [&] { return !m_commandLauncher || m_commandLauncher({url}, true); };
+    if (!launch() && m_alertsOnFailedLaunch &&
+        !m_handOff->retryFailedLaunch(
+            loadedView() ? loadedView()->window() : nullptr,
+            ExtensionUtilities::TargetApplication() + QStringLiteral(".desktop"), launch))
+        return; // back to the composer, with everything as it was
 
     if (m_context)
         m_context->completeRequestReturningItems(items);

@@ -25,9 +25,11 @@ namespace velmora {
 class ExtensionAccount;
 class ExtensionAttachmentCollectionView;
 class ExtensionContext;
+class ExtensionCopyRecipientsView;
 class ExtensionMessage;
 class ExtensionTokenField;
 class FlippedView;
+class HandOff;
 
 // The compact mail composer of a share: From, To, Subject, the body and the attachment strip,
 // with Cancel and Send. It owns the message being composed; Send hands it to the main
@@ -76,6 +78,8 @@ public:
     QComboBox* popUpview() const { return m_popUpview; }
     QLineEdit* subjectField() const { return m_subjectField; }
     ExtensionTokenField* toField() const { return m_toField; }
+    // The Cc and Bcc a share brought, and its notices; shown under To only while not empty.
+    ExtensionCopyRecipientsView* copyRecipientsView() const { return m_copyRecipientsView; }
     QPushButton* sendBtn() const { return m_sendBtn; }
     QPushButton* cancelBtn() const { return m_cancelBtn; }
     ExtensionContentTextView* contentTextView() const { return m_contentTextView; }
@@ -87,9 +91,16 @@ public:
     // is ExtensionUtilities::LaunchCommands; a command line may print the URLs instead.
     using CommandLauncher = std::function<bool(const QList<UrlText>& urls, bool background)>;
     void setCommandLauncher(CommandLauncher launcher) { m_commandLauncher = std::move(launcher); }
+    // When set (the default), a failed launch keeps the composer and offers to try again on an
+    // alert sheet; when not (no one to answer it), the request is completed all the same.
+    void setAlertsOnFailedLaunch(bool alerts) { m_alertsOnFailedLaunch = alerts; }
+    // Waits for items still being staged and keeps the message when the launch fails.
+    HandOff* handOff() const { return m_handOff; }
 
     // Builds the message from the fields, launches the main application with it in the
-    // background and completes the request, whether or not the launch worked.
+    // background and completes the request. Waits first while shared items are still being
+    // staged (pressing Send again stops the wait); a failed launch keeps the composer open,
+    // unless alerts are off.
     void send();
     // Asks whether to send with an empty subject, as a sheet on the composer's window; the
     // answer is 1000 for "Send Anyway" and 1001 for "Cancel". Nothing calls it yet.
@@ -136,6 +147,7 @@ private:
     QComboBox* m_popUpview = nullptr;
     QLineEdit* m_subjectField = nullptr;
     ExtensionTokenField* m_toField = nullptr;
+    ExtensionCopyRecipientsView* m_copyRecipientsView = nullptr;
     QPushButton* m_sendBtn = nullptr;
     QPushButton* m_cancelBtn = nullptr;
     ExtensionContentTextView* m_contentTextView = nullptr;
@@ -149,6 +161,8 @@ private:
     QPointer<ExtensionSuggestionController> m_suggestionController;
     QPointer<ExtensionAttachmentController> m_attachmentController;
     CommandLauncher m_commandLauncher;
+    HandOff* m_handOff = nullptr;
+    bool m_alertsOnFailedLaunch = true;
 };
 
 } // namespace velmora

@@ -1,10 +1,13 @@
 #include "composer/ExtensionContentTextView.h"
 
 #include "composer/TextCommands.h"
+#include "platform/InertTextDocument.h"
 
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <QTextDocumentFragment>
 
 namespace velmora {
 
@@ -50,6 +53,9 @@ ExtensionContentTextView::ExtensionContentTextView(QWidget* parent)
 
 ExtensionContentTextView::ExtensionContentTextView(const QRect& frame, QWidget* parent)
     : QTextEdit(parent) {
+    // Whatever lands in the body (shared HTML, a paste) shows its images as placeholders and
+    // never has them read from a file.
+    setDocument(new InertTextDocument(this));
     setGeometry(frame);
     setAcceptRichText(true);
     setUndoRedoEnabled(true);
@@ -64,6 +70,14 @@ bool ExtensionContentTextView::textView(ExtensionContentTextView* textView,
     if (!delegate)
         return true;
     return delegate->extensionContentTextView(textView, selector);
+}
+
+QMimeData* ExtensionContentTextView::createMimeDataFromSelection() const {
+    const QTextDocumentFragment fragment(textCursor());
+    auto* data = new QMimeData;
+    data->setHtml(fragment.toHtml());
+    data->setText(fragment.toPlainText());
+    return data;
 }
 
 void ExtensionContentTextView::keyPressEvent(QKeyEvent* event) {

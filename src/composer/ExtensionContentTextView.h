@@ -44,6 +44,9 @@ public:
     bool textView(ExtensionContentTextView* textView, const QString& selector);
 
 protected:
+    // The selection as HTML and plain text only. Qt's own copy adds an OpenDocument version,
+    // whose writer reads every image the selection names from disk.
+    QMimeData* createMimeDataFromSelection() const override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 

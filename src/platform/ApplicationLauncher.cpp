@@ -5,9 +5,11 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <climits>
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
 #include <memory>
+#include <unistd.h>
 #include <vector>
 
 namespace velmora {
@@ -18,6 +20,31 @@ struct GObjectRelease {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
 template <typename T> using GObjectPtr = std::unique_ptr<T, GObjectRelease>;
+
+// GIO starts the program through its launch helper, which exits on its own when the kernel
+// refuses the program, and reports the launch as done. A script whose interpreter is missing or
+// not executable is the case that gets that far (GIO itself checks the program is there and
+// executable), so it is checked here before launching.
+bool scriptCannotStart(GAppInfo* app) {
+    // The program as the Exec line names it, unquoted (g_app_info_get_executable keeps quotes).
+    const char* commandLine = g_app_info_get_commandline(app);
+    gchar** argv = nullptr;
+    if (!commandLine || !g_shell_parse_argv(commandLine, nullptr, &argv, nullptr))
+        return false;
+    gchar* found = g_find_program_in_path(argv[0]);
+    g_strfreev(argv);
+    if (!found)
+        return true;
+    QFile script(QFile::decodeName(found));
+    g_free(found);
+    if (!script.open(QIODevice::ReadOnly))
+        return false; // the kernel may still run it; let the launch tell
+    const QByteArray first = script.readLine(PATH_MAX + 2);
+    if (!first.startsWith("#!"))
+        return false;
+    const QByteArray interpreter = first.mid(2).trimmed().split(' ').value(0).split('\t').value(0);
+    return !interpreter.isEmpty() && ::access(interpreter.constData(), X_OK) != 0;
+}
 
 } // namespace
 
@@ -40,6 +67,10 @@ bool ApplicationLauncher::openUrls(const QStringList& urls, const QString& bundl
         g_desktop_app_info_new_from_filename(QFile::encodeName(entry).constData()));
     if (!app || g_desktop_app_info_get_is_hidden(app.get()))
         return false;
+    if (scriptCannotStart(G_APP_INFO(app.get()))) {
+        qCDebug(lcCore).noquote() << "cannot launch" << entry << ": its program cannot start";
+        return false;
+    }
 
     const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
     if (activation == Activation::WithoutActivation) {

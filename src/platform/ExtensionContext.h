@@ -2,6 +2,7 @@
 
 #include "platform/Error.h"
 #include "platform/ExtensionItem.h"
+#include "platform/StagingStatus.h"
 
 #include <QList>
 
@@ -35,6 +36,8 @@ public:
 
     // The shared items, in the order in which they were given.
     const Items& inputItems() const { return m_inputItems; }
+    // How the staging of the items goes: those on their way and those left out.
+    const std::shared_ptr<StagingStatus>& stagingStatus() const { return m_stagingStatus; }
 
     // End the request. Only the first of these calls counts; a later one is a mistake of the
     // caller, warned about and otherwise ignored (its handler does not run). Any thread.
@@ -48,6 +51,7 @@ private:
 
     const Items m_inputItems;
     const EndHandler m_onEnd;
+    const std::shared_ptr<StagingStatus> m_stagingStatus = std::make_shared<StagingStatus>();
     mutable std::mutex m_mutex;
     bool m_ended = false;
 };

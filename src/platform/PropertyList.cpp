@@ -1,10 +1,12 @@
 #include "platform/PropertyList.h"
 
+#include "platform/Log.h"
 #include "platform/PropertyListPrivate.h"
+#include "platform/RegularFile.h"
 
-#include <QFile>
 #include <QVariantMap>
 
+#include <cerrno>
 #include <optional>
 
 namespace velmora {
@@ -35,28 +37,17 @@ QVariant PropertyList::fromData(const QByteArray& data, QString* error, const Li
 
 namespace {
 
-// The file's bytes, or nothing when it cannot be read or is over the size limit.
+// The file's bytes, or nothing when it is missing, unreadable or over the size limit. A named
+// pipe or a device in the file's place is refused without waiting and logged: the main
+// application never writes one, and reading it would hold the file's lock forever.
 std::optional<QByteArray> readBounded(const QString& path, const PropertyList::Limits& limits) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    RegularFile::Result read = RegularFile::read(path, limits.maxInputBytes);
+    if (const Error* error = std::get_if<Error>(&read)) {
+        if (error->code == EINVAL)
+            Log::error(u"[%@] arrayWithContentsOfFile %@", error->text());
         return std::nullopt;
-    QByteArray data;
-    if (!file.isSequential()) {
-        if (file.size() > limits.maxInputBytes)
-            return std::nullopt;
-        data = file.readAll();
-    } else {
-        // A pipe or a device has no size to check first: read in chunks until past the limit.
-        while (data.size() <= limits.maxInputBytes) {
-            const QByteArray chunk = file.read(64 * 1024);
-            if (chunk.isEmpty())
-                break;
-            data += chunk;
-        }
     }
-    if (data.size() > limits.maxInputBytes || file.error() != QFileDevice::NoError)
-        return std::nullopt;
-    return data;
+    return std::move(std::get<QByteArray>(read));
 }
 
 } // namespace

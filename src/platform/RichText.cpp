@@ -1,13 +1,13 @@
 #include "platform/RichText.h"
 
-#include <QTextDocument>
+#include "platform/InertTextDocument.h"
 
 namespace velmora {
 
 RichText RichText::fromHtml(const QString& html) {
-    // Parsing and exporting never lay the text out, so images the markup names stay references
-    // and nothing is fetched.
-    QTextDocument document;
+    // Shared HTML names whatever it likes as images, backgrounds and style sheets: none of them
+    // is read, they stay references in the exported HTML.
+    InertTextDocument document;
     document.setHtml(html);
     return fromDocument(document);
 }

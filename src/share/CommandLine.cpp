@@ -1,6 +1,9 @@
 #include "share/CommandLine.h"
 
+#include "platform/FileNames.h"
+
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -18,75 +21,91 @@ bool looksLikeUrl(const QString& item) {
     return scheme.match(item).hasMatch();
 }
 
+// The path a file: URL names. Its percent-encoded bytes need not be UTF-8: they are decoded as a
+// file name, losslessly.
+QString localFileOf(const QUrl& url) {
+    if (!url.host().isEmpty())
+        return url.toLocalFile();
+    return FileNames::decode(
+        QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+}
+
+// The absolute form of a path, made by string work alone: QFileInfo::absoluteFilePath goes
+// through the path's native bytes and back, which loses a name that is not UTF-8 (FileNames).
+QString absolute(const QString& path) {
+    return QDir::cleanPath(QDir::current().absoluteFilePath(path));
+}
+
+// Paths are checked through FileNames, not QFileInfo: a name that is not UTF-8 can only be found
+// by its own bytes.
 std::optional<SharedItem> classify(const QString& item, QString* error) {
     if (item == u"-")
         return SharedItem{SharedItem::Kind::StandardInput, QUrl(), item};
     // An existing path wins, even when its name looks like a URL ("notes:draft").
-    const QFileInfo info(item);
-    if (info.exists())
-        return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(info.absoluteFilePath()),
-                          item};
+    if (FileNames::exists(item))
+        return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(absolute(item)), item};
+    const QString shown = FileNames::displayable(item);
     if (looksLikeUrl(item)) {
         const QUrl url(item, QUrl::StrictMode);
         if (!url.isValid() || url.scheme().isEmpty()) {
-            *error = QStringLiteral("not a well-formed URL: %1").arg(item);
+            *error = QStringLiteral("not a well-formed URL: %1").arg(shown);
             return std::nullopt;
         }
         if (url.isLocalFile()) {
-            const QFileInfo local(url.toLocalFile());
-            if (!local.exists()) {
-                *error = QStringLiteral("no such file or folder: %1").arg(item);
+            const QString local = localFileOf(url);
+            if (!FileNames::exists(local)) {
+                *error = QStringLiteral("no such file or folder: %1").arg(shown);
                 return std::nullopt;
             }
-            return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(local.absoluteFilePath()),
-                              item};
+            return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(absolute(local)), item};
         }
         return SharedItem{SharedItem::Kind::Link, url, item};
     }
-    *error = QStringLiteral("no such file or folder: %1").arg(item);
+    *error = QStringLiteral("no such file or folder: %1").arg(shown);
     return std::nullopt;
 }
 
 } // namespace
 
 QString CommandLine::helpText() {
+    // One option a line, as help2man reads it for the man page.
     return QStringLiteral(
-        "velmora-share [OPTIONS] [ITEM...]\n"
-        "  ITEM              a path of an existing file or folder (shared as its file URL); an "
-        "absolute\n"
-        "                    URL with a scheme (shared as a link; file: URLs count as files); or "
-        "'-' for\n"
-        "                    standard input, shared as image data when it decodes as an image and "
-        "as\n"
-        "                    rich text otherwise\n"
+        "Usage: velmora-share [OPTIONS] [ITEM...]\n"
+        "Open the Velmora share composer pre-filled with the items; Send hands the message to the\n"
+        "Velmora mail application.\n"
+        "\n"
+        "Items:\n"
+        "  FILE              an existing file or folder, attached as a copy\n"
+        "  URL               an absolute URL with a scheme, shared as a link (file: URLs are files)\n"
+        "  mailto:...        a mail link, read as a message to compose: recipients, subject, body,\n"
+        "                    and attachments checked as docs/mailto.md describes\n"
+        "  -                 standard input: image data when it decodes as an image, else text\n"
+        "\n"
+        "Options:\n"
         "  --title TEXT      the share's title (a shared web link makes it the subject)\n"
         "  --text TEXT       rich text shared with the items (HTML, or plain text)\n"
-        "  --image FILE      share FILE's bytes as image data (staged as PNG) instead of as a "
-        "file; repeatable\n"
+        "  --image FILE      share FILE's bytes as image data (staged as PNG); repeatable\n"
         "  --container DIR   the shared container (overrides VELMORA_GROUP_CONTAINER)\n"
         "  --bundle-id ID    this program's bundle identifier (overrides VELMORA_BUNDLE_ID)\n"
-        "  --headless        no window: the composer runs on the offscreen platform, waits for the "
-        "shared\n"
-        "                    items to be taken in, applies the options below, then sends\n"
+        "  --headless        no window: fill the composer from the options below, then send\n"
         "  --from ADDR       choose the From item titled ADDR (headless)\n"
-        "  --to ADDR         add a recipient as a user would: a contact whose mail is exactly ADDR "
-        "is taken\n"
-        "                    as if chosen from the suggestions; other text goes through the "
-        "typed-token path;\n"
-        "                    repeatable (headless)\n"
+        "  --to ADDR         add a recipient as a user would; repeatable (headless)\n"
+        "  --cc ADDR         add a Cc recipient; repeatable (headless)\n"
+        "  --bcc ADDR        add a Bcc recipient; repeatable (headless)\n"
         "  --subject TEXT    the subject (headless)\n"
         "  --body TEXT       the body's text, replacing what the share put there (headless)\n"
         "  --cancel          cancel instead of sending (headless)\n"
-        "  --print-url       print every command URL on standard output, one per line, instead of\n"
-        "                    opening it with the main application (with or without a window)\n"
-        "  --screenshot FILE write a PNG of the composer once the shared items are taken in, then "
-        "go on\n"
-        "  -h, --help        --version\n"
-        "Exit status: 0 the request was completed by Send; 1 it was cancelled; 2 bad usage (with a "
-        "message\n"
-        "on standard error); 3 completed by Send but the main application could not be launched "
-        "(said on\n"
-        "standard error).\n");
+        "  --print-url       print every command URL on standard output instead of opening it\n"
+        "  --screenshot FILE write a PNG of the composer once the shared items are taken in\n"
+        "  -h, --help        show this help and exit\n"
+        "  --version         show the version and exit\n"
+        "\n"
+        "Exit status:\n"
+        "  0  sent, with every item given attached\n"
+        "  1  cancelled (Cancel, --cancel, or the window closed)\n"
+        "  2  bad usage, or no display to open the window on (said on standard error)\n"
+        "  3  headless: the message is complete, but the mail application could not be launched\n"
+        "  4  sent, but some items could not be attached (each named on standard error)\n");
 }
 
 CommandLineResult CommandLine::parse(const QStringList& arguments) {
@@ -111,6 +130,8 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
     const QCommandLineOption headless = flag({QStringLiteral("headless")});
     const QCommandLineOption from = value("from", "ADDR");
     const QCommandLineOption to = value("to", "ADDR");
+    const QCommandLineOption cc = value("cc", "ADDR");
+    const QCommandLineOption bcc = value("bcc", "ADDR");
     const QCommandLineOption subject = value("subject", "TEXT");
     const QCommandLineOption body = value("body", "TEXT");
     const QCommandLineOption cancel = flag({QStringLiteral("cancel")});
@@ -137,7 +158,8 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
     }
 
     options.headless = parser.isSet(headless);
-    for (const QCommandLineOption* headlessOnly : {&from, &to, &subject, &body, &cancel}) {
+    for (const QCommandLineOption* headlessOnly :
+         {&from, &to, &cc, &bcc, &subject, &body, &cancel}) {
         if (parser.isSet(*headlessOnly) && !options.headless)
             return usage(
                 QStringLiteral("--%1 needs --headless").arg(headlessOnly->names().constFirst()));
@@ -145,6 +167,17 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
 
     bool standardInput = false;
     for (const QString& argument : parser.positionalArguments()) {
+        // A mailto: URI is a message to compose, not a link to share.
+        if (MailtoUri::isMailto(argument)) {
+            const MailtoParse mailto = MailtoUri::parse(argument);
+            if (!mailto.mailto)
+                return usage(mailto.error);
+            if (options.mailto)
+                options.mailto->merge(*mailto.mailto);
+            else
+                options.mailto = mailto.mailto;
+            continue;
+        }
         QString error;
         const std::optional<SharedItem> item = classify(argument, &error);
         if (!item)
@@ -157,27 +190,37 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
         options.items.append(*item);
     }
     for (const QString& file : parser.values(image)) {
-        const QFileInfo info(file);
-        if (!info.isFile())
-            return usage(QStringLiteral("no such image file: %1").arg(file));
-        options.images.append(info.absoluteFilePath());
+        if (!FileNames::isRegularFile(file))
+            return usage(
+                QStringLiteral("no such image file: %1").arg(FileNames::displayable(file)));
+        options.images.append(absolute(file));
     }
 
+    // Arguments come decoded as file names (FileNames); in a text, a byte that is not UTF-8
+    // stands for nothing and shows as U+FFFD.
+    const auto textOf = [&](const QCommandLineOption& option) {
+        return FileNames::displayable(parser.value(option));
+    };
     if (parser.isSet(title))
-        options.title = parser.value(title);
+        options.title = textOf(title);
     if (parser.isSet(text))
-        options.text = parser.value(text);
+        options.text = textOf(text);
     if (parser.isSet(container))
         options.container = parser.value(container);
     if (parser.isSet(bundleId))
-        options.bundleId = parser.value(bundleId);
+        options.bundleId = textOf(bundleId);
     if (parser.isSet(from))
-        options.from = parser.value(from);
-    options.to = parser.values(to);
+        options.from = textOf(from);
+    for (const QString& recipient : parser.values(to))
+        options.to.append(FileNames::displayable(recipient));
+    for (const QString& recipient : parser.values(cc))
+        options.cc.append(FileNames::displayable(recipient));
+    for (const QString& recipient : parser.values(bcc))
+        options.bcc.append(FileNames::displayable(recipient));
     if (parser.isSet(subject))
-        options.subject = parser.value(subject);
+        options.subject = textOf(subject);
     if (parser.isSet(body))
-        options.body = parser.value(body);
+        options.body = textOf(body);
     options.cancel = parser.isSet(cancel);
     options.printUrl = parser.isSet(printUrl);
     if (parser.isSet(screenshot))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "message/MailtoUri.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -34,11 +36,16 @@ struct ShareOptions {
     bool headless = false;
     QString from;                   // --from (headless)
     QStringList to;                 // --to, in order (headless)
+    QStringList cc;                 // --cc, in order (headless)
+    QStringList bcc;                // --bcc, in order (headless)
     std::optional<QString> subject; // --subject (headless); "" is a subject too
     std::optional<QString> body;    // --body (headless)
     bool cancel = false;            // --cancel (headless)
     bool printUrl = false;
     QString screenshot; // --screenshot: null when not given
+    // What the mailto: ITEMs ask for, merged in order; none when there was no such item.
+    std::optional<Mailto> mailto;
+    QStringList mailtoLeftOut; // its attachments that were left out, as they were asked for
     bool help = false;
     bool version = false;
 };

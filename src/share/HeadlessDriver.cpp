@@ -5,6 +5,7 @@
 #include "directory/ExtensionAddress.h"
 #include "recipients/ExtensionSuggestionController.h"
 #include "recipients/ExtensionTokenField.h"
+#include "recipients/TokenSplitting.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -49,6 +50,10 @@ QString HeadlessDriver::apply(ExtensionComposerController& composer, const Choic
 
     for (const QString& recipient : choices.to)
         addRecipient(composer, recipient);
+    for (const QString& recipient : choices.cc)
+        addCopyRecipient(composer, ExtensionCopyRecipientsView::Field::Cc, recipient);
+    for (const QString& recipient : choices.bcc)
+        addCopyRecipient(composer, ExtensionCopyRecipientsView::Field::Bcc, recipient);
 
     if (choices.subject)
         composer.subjectField()->setText(*choices.subject);
@@ -80,6 +85,21 @@ void HeadlessDriver::addRecipient(ExtensionComposerController& composer, const Q
     }
     // The comma commits the typed text, which makes an address of it.
     type(field, QStringLiteral(","));
+}
+
+void HeadlessDriver::addCopyRecipient(ExtensionComposerController& composer,
+                                      ExtensionCopyRecipientsView::Field field,
+                                      const QString& text) {
+    ExtensionCopyRecipientsView* row = composer.copyRecipientsView();
+    const ExtensionSuggestionController* suggestions = composer.suggestionController();
+    if (const auto contact = suggestions ? suggestions->addressForMail(text) : nullptr) {
+        row->addRecipient(field, contact);
+        return;
+    }
+    for (const Token& token : recipientsForAddedObjects({text}, {})) {
+        if (const auto* address = std::get_if<std::shared_ptr<ExtensionAddress>>(&token))
+            row->addRecipient(field, *address);
+    }
 }
 
 } // namespace velmora

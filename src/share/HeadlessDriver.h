@@ -1,5 +1,7 @@
 #pragma once
 
+#include "composer/ExtensionCopyRecipientsView.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -18,6 +20,8 @@ public:
         QStringList to;
         std::optional<QString> subject;
         std::optional<QString> body;
+        QStringList cc;
+        QStringList bcc;
     };
 
     // Applies the choices to a composer whose message has been taken in. Returns null, or what
@@ -27,6 +31,10 @@ public:
     // Adds one recipient: a contact whose mail is exactly text is taken from the suggestion
     // list; any other text is typed and committed with a comma.
     static void addRecipient(ExtensionComposerController& composer, const QString& text);
+    // Adds one Cc or Bcc recipient to the composer's row: the contact whose mail is exactly
+    // text, else an address made of the text as a typed token would be.
+    static void addCopyRecipient(ExtensionComposerController& composer,
+                                 ExtensionCopyRecipientsView::Field field, const QString& text);
 };
 
 } // namespace velmora

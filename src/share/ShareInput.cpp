@@ -8,21 +8,56 @@
 #include <QImageReader>
 #include <QTextDocument>
 
+#include <algorithm>
+
 namespace velmora {
 
 RichText ShareInput::richText(const QString& text) {
     return Qt::mightBeRichText(text) ? RichText::fromHtml(text) : RichText::fromPlainText(text);
 }
 
-bool ShareInput::decodesAsImage(const QByteArray& bytes) {
+bool ShareInput::decodesAsImage(const QByteArray& bytes, QString* error) {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    // Only the header when it already says "no image": most text is turned down there.
-    if (!reader.canRead())
+    // Only the header when it already says "no image": most text is turned down there. The
+    // reader's allocation limit turns down a small file that declares a huge image.
+    const bool decodes = reader.canRead() && !reader.read().isNull();
+    if (!decodes && error)
+        *error = reader.errorString();
+    return decodes;
+}
+
+namespace {
+
+// Valid UTF-8 without control characters other than white space: text, whatever its first
+// bytes happen to spell ("GIF89a was ...", "P1 is ...").
+bool looksLikeText(const QByteArray& bytes) {
+    if (!bytes.isValidUtf8())
         return false;
-    return !reader.read().isNull();
+    return std::none_of(bytes.cbegin(), bytes.cend(), [](char c) {
+        const auto byte = uchar(c);
+        return (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r' && byte != '\f') ||
+               byte == 0x7f;
+    });
+}
+
+} // namespace
+
+std::optional<QString> ShareInput::undecodableImage(const QByteArray& bytes) {
+    if (looksLikeText(bytes))
+        return std::nullopt;
+    // The format whose signature the first bytes carry, as the image plugins recognise it.
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    const QByteArray format = QImageReader::imageFormat(&buffer);
+    QString error;
+    if (format.isEmpty() || decodesAsImage(bytes, &error))
+        return std::nullopt;
+    return QStringLiteral("%1 image data that cannot be decoded (%2)")
+        .arg(QString::fromLatin1(format), error);
 }
 
 ExtensionContext::Items ShareInput::inputItems(const ShareOptions& options,

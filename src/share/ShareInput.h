@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QList>
 
+#include <optional>
+
 namespace velmora {
 
 // Turns a command line into the items of a share request, as another program's share would
@@ -21,8 +23,12 @@ public:
                                               const QList<QByteArray>& images);
     // Rich text from text that may be HTML or plain text.
     static RichText richText(const QString& text);
-    // Whether bytes hold an image Qt can decode.
-    static bool decodesAsImage(const QByteArray& bytes);
+    // Whether bytes hold an image Qt can decode; when not, error says why.
+    static bool decodesAsImage(const QByteArray& bytes, QString* error = nullptr);
+    // Why bytes that look like an image (their first bytes are an image format's signature, as
+    // Qt's image plugins check it, and they are not text) cannot be shared: they do not decode,
+    // or are too large to. Nothing for an image that decodes and for anything else.
+    static std::optional<QString> undecodableImage(const QByteArray& bytes);
 };
 
 } // namespace velmora

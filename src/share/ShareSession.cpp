@@ -1,6 +1,8 @@
 #include "share/ShareSession.h"
 
+#include "bridge/ConstVars.h"
 #include "bridge/ExtensionUtilities.h"
+#include "bridge/ShareFolder.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionComposerController.h"
 #include "composer/ThumbnailLoader.h"
@@ -8,6 +10,7 @@
 #include "platform/MainQueue.h"
 #include "recipients/ExtensionTokenField.h"
 #include "share/HeadlessDriver.h"
+#include "share/MailtoIntake.h"
 #include "share/ShareViewController.h"
 #include "views/FlippedView.h"
 
@@ -66,6 +69,8 @@ int ShareSession::exec() {
     ExtensionComposerController* composer = m_controller->composer();
     composer->setCommandLauncher(
         [this](const QList<UrlText>& urls, bool background) { return launch(urls, background); });
+    // Headless, nobody could answer the alert: a failed launch ends the run with its status.
+    composer->setAlertsOnFailedLaunch(!m_options.headless);
     connect(m_window.get(), &ShareWindow::closing, composer,
             &ExtensionComposerController::windowWillClose);
     connect(composer, &ExtensionComposerController::messageTakenIn, this,
@@ -84,6 +89,7 @@ int ShareSession::exec() {
 
     if (m_usageError)
         return UsageError;
+    const bool leftOut = reportLeftOut();
     if (!m_outcome || m_outcome->cancelled())
         return Cancelled;
     if (m_launchFailed) {
@@ -93,14 +99,25 @@ int ShareSession::exec() {
         m_err.flush();
         return LaunchFailed;
     }
-    return Sent;
+    return leftOut ? ItemsLeftOut : Sent;
+}
+
+bool ShareSession::reportLeftOut() {
+    // Also in window runs: whoever started the program may be watching its error stream.
+    const QList<StagingStatus::LeftOut> leftOut = m_context->stagingStatus()->leftOut();
+    for (const StagingStatus::LeftOut& item : leftOut)
+        m_err << "velmora-share: not attached: " << item.name << ": " << item.reason << '\n';
+    m_err.flush();
+    return !leftOut.isEmpty();
 }
 
 void ShareSession::messageTakenIn() {
     ExtensionComposerController* composer = m_controller->composer();
+    MailtoIntake::fill(*composer, m_options);
     if (m_options.headless) {
-        const QString problem = HeadlessDriver::apply(
-            *composer, {m_options.from, m_options.to, m_options.subject, m_options.body});
+        const QString problem =
+            HeadlessDriver::apply(*composer, {m_options.from, m_options.to, m_options.subject,
+                                              m_options.body, m_options.cc, m_options.bcc});
         if (!problem.isNull()) {
             m_err << "velmora-share: " << problem << '\n';
             m_err.flush();
@@ -171,6 +188,8 @@ bool ShareSession::launch(const QList<UrlText>& urls, bool background) {
 }
 
 void ShareSession::requestEnded(const ExtensionContext::Outcome& outcome) {
+    // The main application has its message now: the staged files' grace period starts here.
+    ShareFolder::markUsed(QString(ConstVars::shareService));
     m_outcome = outcome;
     m_window->close();
     QApplication::quit();

@@ -38,7 +38,9 @@ protected:
 class ShareSession : public QObject {
     Q_OBJECT
 public:
-    enum ExitCode { Sent = 0, Cancelled = 1, UsageError = 2, LaunchFailed = 3 };
+    // Sent: every item given is in the command URL. ItemsLeftOut: sent, but some items (or
+    // entries of folders) could not be staged; each is named on the error stream.
+    enum ExitCode { Sent = 0, Cancelled = 1, UsageError = 2, LaunchFailed = 3, ItemsLeftOut = 4 };
 
     // out receives the URLs of --print-url, err the messages; both must outlive the session.
     ShareSession(ShareOptions options, ExtensionContext::Items inputItems, QTextStream& out,
@@ -57,6 +59,7 @@ private:
     void finishHeadless();
     bool launch(const QList<UrlText>& urls, bool background);
     void requestEnded(const ExtensionContext::Outcome& outcome);
+    bool reportLeftOut();
 
     const ShareOptions m_options;
     QTextStream& m_out;

@@ -1,28 +1,30 @@
 #include "bridge/ExtensionUtilities.h"
+#include "platform/FileNames.h"
+#include "platform/RegularFile.h"
 #include "share/CommandLine.h"
+#include "share/DisplayCheck.h"
+#include "share/MailtoIntake.h"
 #include "share/ShareInput.h"
 #include "share/ShareSession.h"
 #include "share/Translations.h"
 
 #include <QApplication>
 #include <QFile>
+#include <QIcon>
 #include <QTextStream>
 
 #include <cstdio>
+#include <optional>
 
 namespace {
 
 constexpr int kUsageError = velmora::ShareSession::UsageError;
+// An --image file larger than this is refused unread.
+constexpr qint64 kMaxImageFileBytes = qint64(1) << 30;
 
 int usageError(QTextStream& err, const QString& message) {
     err << "velmora-share: " << message << "\nTry 'velmora-share --help'.\n";
     return kUsageError;
-}
-
-bool hasDisplay() {
-    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
-           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-           !qEnvironmentVariableIsEmpty("DISPLAY");
 }
 
 } // namespace
@@ -31,9 +33,11 @@ int main(int argc, char** argv) {
     QTextStream out(stdout);
     QTextStream err(stderr);
 
+    // Arguments are bytes: decoded as file names, so that an item whose name is not UTF-8 still
+    // names its file.
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+        arguments.append(velmora::FileNames::decode(argv[i]));
     const velmora::CommandLineResult parsed = velmora::CommandLine::parse(arguments);
     if (!parsed.options)
         return usageError(err, parsed.error);
@@ -47,19 +51,26 @@ int main(int argc, char** argv) {
         return 0;
     }
 
+    // For tests only: a run started by another program (xdg-email, a portal) goes headless.
+    if (qEnvironmentVariableIntValue("VELMORA_SHARE_TEST_HEADLESS") == 1)
+        options.headless = true;
     if (options.headless)
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    else if (!hasDisplay())
-        return usageError(err, QStringLiteral("there is no display to show the composer on "
-                                              "(neither DISPLAY nor WAYLAND_DISPLAY is set); "
-                                              "use --headless"));
+    else if (const QString problem = velmora::DisplayCheck::problem(); !problem.isNull())
+        return usageError(err, QStringLiteral("there is no display to show the composer on (%1); "
+                                              "use --headless")
+                                   .arg(problem));
     if (!options.container.isNull())
-        qputenv("VELMORA_GROUP_CONTAINER", QFile::encodeName(options.container));
+        qputenv("VELMORA_GROUP_CONTAINER", velmora::FileNames::encode(options.container));
     if (!options.bundleId.isNull())
         qputenv("VELMORA_BUNDLE_ID", options.bundleId.toUtf8());
     if (velmora::ExtensionUtilities::GroupDataPath().isNull())
         return usageError(err, QStringLiteral("the shared container cannot be created; give "
                                               "one with --container"));
+    if (const QString refused = velmora::MailtoIntake::admitAttachments(
+            options, velmora::ExtensionUtilities::GroupPath(), err);
+        !refused.isNull())
+        return usageError(err, refused);
 
     // Everything is read before the composer starts, so that a file that cannot be read is a
     // usage error rather than a missing attachment.
@@ -71,25 +82,39 @@ int main(int argc, char** argv) {
         if (!input.open(stdin, QIODevice::ReadOnly))
             return usageError(err, QStringLiteral("standard input cannot be read"));
         standardInput = input.readAll();
+        // Image data that does not decode is refused: read as text it would be binary junk.
+        if (const std::optional<QString> why = velmora::ShareInput::undecodableImage(standardInput))
+            return usageError(err, QStringLiteral("standard input cannot be shared: ") + *why);
     }
     QList<QByteArray> images;
     for (const QString& path : options.images) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return usageError(err,
-                              QStringLiteral("cannot read %1: %2").arg(path, file.errorString()));
-        images.append(file.readAll());
+        const QString shown = velmora::FileNames::displayable(path);
+        velmora::RegularFile::Result read = velmora::RegularFile::read(path, kMaxImageFileBytes);
+        if (const velmora::Error* error = std::get_if<velmora::Error>(&read))
+            return usageError(err, error->text());
+        images.append(std::get<QByteArray>(std::move(read)));
         if (!velmora::ShareInput::decodesAsImage(images.last()))
-            return usageError(err, QStringLiteral("not an image: %1").arg(path));
+            return usageError(err, QStringLiteral("not an image: %1").arg(shown));
     }
 
     // Qt's own options (-platform, -style ...) are not taken from the command line: every
     // argument there is an item or one of ours.
     int qtArgc = 1;
-    QApplication app(qtArgc, argv);
+    std::optional<QApplication> app;
+    {
+        // Should the platform still fail to start, Qt's fatal message becomes a usage error.
+        const velmora::DisplayCheck::FatalAsUsageError fatalAsUsageError;
+        app.emplace(qtArgc, argv);
+    }
     QApplication::setApplicationName(QStringLiteral("velmora-share"));
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("it.zemlo.velmora.share"));
+    // The icon theme's, else the icons built into the program.
+    QIcon builtIn;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        builtIn.addFile(QStringLiteral(":/icons/%1/it.zemlo.velmora.share.png").arg(size));
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral("it.zemlo.velmora.share"), builtIn));
     velmora::installTranslations();
 
     velmora::ShareSession session(

@@ -1,6 +1,7 @@
 #include "ImageSamples.h"
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
+#include "bridge/ShareFolder.h"
 #include "message/ExtensionMessage.h"
 #include "platform/ExtensionContext.h"
 #include "platform/ItemProviders.h"
@@ -107,7 +108,8 @@ protected:
     }
 
     QString staged(const QString& name = {}) const {
-        return container.dataFolder() + QStringLiteral("/ShareFull/") + name;
+        // This share's own folder in the staging folder.
+        return ShareFolder::current(QStringLiteral("ShareFull"))->path() + u'/' + name;
     }
     QSet<QString> attachments(const ExtensionMessage& message) const {
         QSet<QString> paths;

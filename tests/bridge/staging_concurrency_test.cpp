@@ -1,7 +1,9 @@
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
+#include "bridge/ShareFolder.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QProcess>
 #include <QSet>
@@ -76,9 +78,21 @@ TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFi
         contents.insert(bytes);
     }
     EXPECT_EQ(contents.size(), expected) << "a buffer was lost or written twice";
-    const QDir stage(container.dataFolder() + QStringLiteral("/ShareFull"));
-    EXPECT_EQ(stage.entryList(QDir::Files | QDir::Hidden).size(), expected)
-        << "temporary files left behind";
+    // The threads staged into this share's folder, each process into one of its own.
+    QSet<QString> folders;
+    for (const QString& path : all)
+        folders.insert(QFileInfo(path).path());
+    EXPECT_EQ(folders.size(), 1 + int(processes.size()));
+    for (const QStringList& l : fromThreads)
+        for (const QString& path : l)
+            EXPECT_EQ(QFileInfo(path).path(),
+                      ShareFolder::current(QStringLiteral("ShareFull"))->path());
+    int files = 0;
+    for (QDirIterator it(container.dataFolder() + QStringLiteral("/ShareFull"),
+                         QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+         it.hasNext(); it.next())
+        ++files;
+    EXPECT_EQ(files, expected) << "temporary files left behind";
 }
 
 } // namespace

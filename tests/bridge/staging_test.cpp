@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
+#include "bridge/ShareFolder.h"
 #include "platform/Log.h"
 
 #include <QDir>
@@ -23,7 +24,11 @@ protected:
         log.clear();
     }
 
-    QString stage() const { return container.dataFolder() + QStringLiteral("/ShareFull"); }
+    // This share's own folder in the staging folder.
+    QString stage() const {
+        const auto folder = ShareFolder::current(kService);
+        return folder ? folder->path() : QString();
+    }
     QString source(const QString& relative, const QByteArray& bytes) const {
         const QString path = sources.filePath(relative);
         writeFile(path, bytes);
@@ -51,16 +56,27 @@ TEST(StagingInit, FirstRunReportsTheMissingFolderTwiceAndCreatesIt) {
     // The creation step repeats the removal's error, as the slot is shared.
     EXPECT_EQ(lines[0].mid(QStringLiteral("[***ERROR***] shareInit delete ").size()),
               lines[1].mid(QStringLiteral("[***ERROR***] shareInit create ").size()));
-    EXPECT_TRUE(QFileInfo(container.dataFolder() + QStringLiteral("/ShareFull")).isDir());
+    const QString staging = container.dataFolder() + QStringLiteral("/ShareFull");
+    EXPECT_EQ(QDir(staging).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{QFileInfo(ShareFolder::current(kService)->path()).fileName()});
 }
 
-TEST_F(Staging, InitEmptiesWhatAnEarlierShareLeftWithoutALogLine) {
-    ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "a")});
+TEST_F(Staging, ASecondShareStartsEmptyAndLeavesTheFirstSharesFilesWithoutALogLine) {
+    const QStringList first =
+        ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "a")});
+    const QString firstFolder = stage();
     writeFile(stage() + QStringLiteral("/deep/inner.txt"), "x");
     log.clear();
     ExtensionUtilities::ShareInit(kService);
+    EXPECT_NE(stage(), firstFolder);
     EXPECT_TRUE(stagedEntries().isEmpty());
+    // The main application may still be reading what the first share sent.
+    EXPECT_EQ(readFile(first.value(0)), "a");
+    EXPECT_EQ(readFile(firstFolder + QStringLiteral("/deep/inner.txt")), "x");
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
+    // A same-named file of the second share gets its own path.
+    EXPECT_EQ(ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "b")}),
+              QStringList{stage() + QStringLiteral("/a.txt")});
 }
 
 TEST_F(Staging, FilesKeepTheirNamesContentAndModeAndCollideIntoNumberedNames) {

@@ -4,8 +4,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 using namespace velmora;
 
@@ -151,6 +155,39 @@ TEST(ExtensionContentTextView, CopyPasteAndUndoWorkThroughTheClipboard) {
     EXPECT_EQ(body.text(), QStringLiteral("hello worldhello"));
     QTest::keyClick(&body.view, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
+}
+
+// Shown, copied in every format and pasted back, an image the body names is never read: a watch
+// on its file sees no open, and the picture shows a placeholder, not the image's red.
+TEST(ExtensionContentTextView, NeverReadsTheImagesItShows) {
+    QTemporaryDir dir;
+    const QString canary = dir.filePath(QStringLiteral("red.png"));
+    QImage red(40, 40, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    ASSERT_TRUE(red.save(canary));
+    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(::inotify_add_watch(watch, QFile::encodeName(canary).constData(), IN_OPEN), 0);
+
+    Body body;
+    body.view.setHtml(QStringLiteral("<p>one<img src=\"%1\"></p>").arg(canary));
+    const QImage shown = body.view.grab().toImage();
+    body.view.selectAll();
+    body.view.copy();
+    const QMimeData* copied = QApplication::clipboard()->mimeData();
+    for (const QString& format : copied->formats())
+        EXPECT_FALSE(copied->data(format).isEmpty()) << format.toStdString();
+    body.view.paste();
+
+    char events[1024];
+    EXPECT_LT(::read(watch, events, sizeof events), 0) << "the image was read";
+    qsizetype redPixels = 0;
+    for (int y = 0; y < shown.height(); ++y)
+        for (int x = 0; x < shown.width(); ++x)
+            redPixels += shown.pixelColor(x, y) == QColor(Qt::red);
+    EXPECT_EQ(redPixels, 0);
+    QFile(canary).open(QIODevice::ReadOnly); // the watch does see an open
+    EXPECT_GT(::read(watch, events, sizeof events), 0);
+    ::close(watch);
 }
 
 TEST(ExtensionContentTextView, RefusesEveryDrop) {

@@ -29,7 +29,7 @@ TEST(PropertyListFile, StreamsTheRootArrayInOrderAndAgreesWithTheWholeRead) {
     EXPECT_EQ(QVariant(seen), PropertyList::arrayWithContentsOfFile(path));
 }
 
-// Nothing here is logged: a file that is no array is an expected case.
+// A file that is no array is an expected case and is not logged.
 TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     QTemporaryDir dir;
     const LogCapture log;
@@ -50,7 +50,6 @@ TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     EXPECT_FALSE(ok);
     EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.filePath(QStringLiteral("missing.plist")))
                     .isNull());
-    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.path()).isNull());
     // The whole read of a file keeps to the input limit too.
     const QString binary = dir.filePath(QStringLiteral("binary.plist"));
     velmora::test::writeFile(
@@ -61,6 +60,9 @@ TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     limits.maxInputBytes = 20;
     EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(binary, limits).isNull());
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
+    // Something other than a regular file in the file's place is refused unread, and logged.
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.path()).isNull());
+    EXPECT_EQ(log.lines().size(), 1);
 }
 
 TEST(PropertyListFile, BinaryElementsThatShareObjectsAreEachComplete) {

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
+#include <QSet>
 #include <QUrl>
 #include <QUrlQuery>
 
@@ -91,6 +92,17 @@ protected:
     }
 
     QString staging() const { return container.dataFolder() + QStringLiteral("/ShareFull"); }
+    // The folder of the share's own that holds every staged path, directly in the staging
+    // folder; null when they are not all in one.
+    QString ownFolder(const QStringList& staged) const {
+        QSet<QString> folders;
+        for (const QString& path : staged)
+            folders.insert(QFileInfo(path).path());
+        if (folders.size() != 1 || QFileInfo(*folders.begin()).path() != staging() ||
+            !QFileInfo(*folders.begin()).fileName().startsWith(QStringLiteral("share-")))
+            return {};
+        return *folders.begin();
+    }
     QString file(const QString& name, const QByteArray& bytes) {
         const QString path = files.filePath(name);
         writeFile(path, bytes);
@@ -130,6 +142,16 @@ TEST_F(ShareBinary, HelpVersionAndUsageErrorsTouchNothing) {
         EXPECT_EQ(bad.exitCode, 2);
         EXPECT_TRUE(bad.err.contains(QString::fromLatin1(row.named))) << bad.err.toStdString();
     }
+    // A window asked for where no compositor answers: a usage error, never Qt's abort.
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    qputenv("QT_QPA_PLATFORM", "wayland");
+    qputenv("WAYLAND_DISPLAY", "no-compositor-here");
+    const ShareRun noDisplay = run({earlier});
+    qputenv("QT_QPA_PLATFORM", platform);
+    qunsetenv("WAYLAND_DISPLAY");
+    EXPECT_EQ(noDisplay.exitCode, 2);
+    EXPECT_TRUE(noDisplay.err.contains(u"no Wayland compositor")) << noDisplay.err.toStdString();
+
     EXPECT_EQ(readFile(staging() + QStringLiteral("/earlier.txt")), "kept")
         << "a usage error must come before the staging folder is emptied";
     EXPECT_TRUE(desktop.recorded().isEmpty());
@@ -166,10 +188,13 @@ TEST_F(ShareBinary, TwoFilesWithTheSameNameAreBothStaged) {
         contents.append(readFile(path));
     staged.sort();
     std::sort(contents.begin(), contents.end());
-    EXPECT_EQ(staged, (QStringList{staging() + QStringLiteral("/notes.txt"),
-                                   staging() + QStringLiteral("/notes_1.txt")}));
+    const QString folder = ownFolder(staged);
+    ASSERT_FALSE(folder.isNull()) << staged.join(u' ').toStdString();
+    EXPECT_EQ(staged, (QStringList{folder + QStringLiteral("/notes.txt"),
+                                   folder + QStringLiteral("/notes_1.txt")}));
     EXPECT_EQ(contents, (QList<QByteArray>{"one", "two"}));
-    EXPECT_FALSE(QFileInfo::exists(staging() + QStringLiteral("/old.txt")));
+    // Young enough that the main application may still be reading it.
+    EXPECT_EQ(readFile(staging() + QStringLiteral("/old.txt")), "old");
 }
 
 TEST_F(ShareBinary, ImagesFromAFileOrStandardInputAreStagedAsPng) {
@@ -178,14 +203,19 @@ TEST_F(ShareBinary, ImagesFromAFileOrStandardInputAreStagedAsPng) {
     ShareRun r = share({QStringLiteral("--image"), jpeg});
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     QStringList staged = attachments(received());
-    ASSERT_EQ(staged, QStringList{staging() + QStringLiteral("/image.png")});
+    const QString first = ownFolder(staged);
+    ASSERT_EQ(staged, QStringList{first + QStringLiteral("/image.png")});
+    ASSERT_FALSE(first.isNull());
     EXPECT_EQ(readFile(staged[0]).left(8), QByteArray("\x89PNG\r\n\x1a\n"));
     EXPECT_EQ(QImage(staged[0]).size(), picture.size());
 
     r = share({QStringLiteral("-")}, velmora::test::encoded(picture, "jpg"));
     ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
     staged = attachments(received());
-    ASSERT_EQ(staged, QStringList{staging() + QStringLiteral("/image.png")});
+    const QString second = ownFolder(staged);
+    ASSERT_EQ(staged, QStringList{second + QStringLiteral("/image.png")});
+    ASSERT_FALSE(second.isNull());
+    EXPECT_NE(second, first) << "two shares staged into one folder";
     const QImage fromStandardInput(staged[0]);
     EXPECT_EQ(fromStandardInput.size(), picture.size());
     EXPECT_TRUE(velmora::test::nearColour(fromStandardInput.pixelColor(4, 24), Qt::red));

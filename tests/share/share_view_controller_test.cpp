@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "bridge/ShareFolder.h"
 #include "composer/ExtensionAttachmentController.h"
 #include "composer/ExtensionComposerController.h"
 #include "composer/ExtensionContentTextView.h"
@@ -10,6 +11,7 @@
 #include "views/FlippedView.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -30,13 +32,21 @@ protected:
 };
 
 TEST_F(ShareView, AnEmptyShareStillFillsTheComposerAndTheRootFollowsItsWindow) {
-    velmora::test::writeFile(staging() + QStringLiteral("/left-over.png"), "old");
+    // Left by an older version longer ago than the grace period.
+    const QString leftOver = staging() + QStringLiteral("/left-over.png");
+    velmora::test::writeFile(leftOver, "old");
+    QFile file(leftOver);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly) &&
+                file.setFileTime(QDateTime::currentDateTime().addSecs(-11 * 60),
+                                 QFileDevice::FileModificationTime));
+    file.close();
     auto context = std::make_shared<ExtensionContext>(ExtensionContext::Items{});
     ShareViewController controller(context);
     QWidget window;
     FlippedView* root = controller.view();
-    EXPECT_FALSE(QFileInfo::exists(staging() + QStringLiteral("/left-over.png")));
-    EXPECT_TRUE(QFileInfo(staging()).isDir());
+    EXPECT_FALSE(QFileInfo::exists(leftOver));
+    EXPECT_EQ(QFileInfo(ShareFolder::current(QStringLiteral("ShareFull"))->path()).path(),
+              staging());
 
     ExtensionComposerController* composer = controller.composer();
     ASSERT_NE(composer, nullptr);
@@ -75,7 +85,8 @@ TEST_F(ShareView, SharedTextAndFilesReachTheComposer) {
     ASSERT_EQ(composer->attachmentController()->rowCount(), 1);
     EXPECT_EQ(ExtensionAttachmentController::pathOfAttachment(
                   composer->attachmentController()->arrangedObjects().value(0)),
-              staging() + QStringLiteral("/notes.txt"));
+              ShareFolder::current(QStringLiteral("ShareFull"))->path() +
+                  QStringLiteral("/notes.txt"));
 }
 
 TEST_F(ShareView, ClosingTheWindowCancelsTheRequest) {
