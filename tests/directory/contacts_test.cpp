@@ -1,3 +1,4 @@
+#include "Shown.h"
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
 #include "directory/ExtensionAddress.h"
@@ -91,11 +92,8 @@ TEST(Contacts, FolderThatCannotBeCreatedIsLogged) {
 
 // Every field of a record, null told apart from empty.
 QStringList fieldsOf(const ExtensionAddress& a) {
-    QStringList fields;
-    for (const QString& f : {a.mail(), a.firstName(), a.lastName(), a.company(), a.nickname()})
-        fields.append(f.isNull() ? QStringLiteral("<null>") : u'"' + f + u'"');
-    fields.append(QString::number(a.rank()));
-    return fields;
+    return velmora::test::shown({a.mail(), a.firstName(), a.lastName(), a.company(), a.nickname()})
+           << QString::number(a.rank());
 }
 
 // Loads the book at Contacts/Addresses.plist as the composer does, dictionaries read from their
