@@ -1,3 +1,7 @@
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 # The single entry: every target installs what it needs first.
 PRESET ?= default
 BUILD_DIR = build/$(PRESET)

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Loading the contacts book of a heavy user (100,000 addresses) into records, from the XML and
 // the binary form, against libplist's parse alone of the same bytes.
 #include "bridge/ExtensionUtilities.h"

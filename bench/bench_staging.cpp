@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Staging a large file (1 GiB by default; VELMORA_BENCH_STAGE_MIB changes it) against cp(1) of
 // the same file into the same folder. Written data is flushed outside the timed region, so each
 // run starts with a clean page cache for writing and a warm one for reading, for both.

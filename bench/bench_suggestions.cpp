@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Suggestions for one keystroke in a heavy user's contacts (100,000 addresses): our matcher,
 // which lower-cases the fields once at load, against lower-casing every field of every address
 // on every keystroke.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Percent-encoding 1 MiB of mixed text (prose with punctuation, paths, some non-ASCII) against
 // Qt's and libcurl's encoders with the same unreserved set, and building the command URL of a
 // message with a 1 MiB HTML body against the same query built with QUrlQuery. Every case takes

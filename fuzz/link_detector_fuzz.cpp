@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The link detector on any text: links in order, inside the text, without overlaps; and the
 // plain-body rendering built on it.
 #include "FuzzText.h"

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The mailto: reader on any text: it never crashes, and what it reads holds together: a text
 // that reads is a mailto: URI, addresses are trimmed and never empty, a body has no "\r", and
 // an attachment's path is absolute when there is one.

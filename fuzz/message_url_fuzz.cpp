@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Reading a command URL, as text and through QUrl; the message read, written as a command URL
 // again, reads back with the same fields.
 #include "FuzzText.h"

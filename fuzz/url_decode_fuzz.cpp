@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The percent decoder on any text; whatever it decodes encodes and decodes back to itself.
 #include "FuzzText.h"
 #include "request/RequestUtils.h"

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The query parser in every mode; what mode 1 reads, built again with options 0, reads the same.
 #include "FuzzText.h"
 #include "request/RequestUtils.h"

@@ -1,3 +1,7 @@
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 # bash completion for velmora-share
 
 _velmora_share() {

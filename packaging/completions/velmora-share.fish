@@ -1,3 +1,7 @@
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 # fish completion for velmora-share
 
 complete -c velmora-share -l title -x -d "The share's title"

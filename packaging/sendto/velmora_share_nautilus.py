@@ -1,3 +1,7 @@
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 """Nautilus (through nautilus-python): "Send with Velmora" in the context menu of files and
 folders, which starts velmora-share with the selected local paths."""
 

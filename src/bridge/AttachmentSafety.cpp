@@ -1,4 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "bridge/AttachmentSafety.h"
+
+#include "platform/LocalizedString.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -35,30 +41,30 @@ AttachmentSafety::Verdict refused(const QString& reason) {
 
 AttachmentSafety::Verdict AttachmentSafety::check(const QString& path, const QString& container) {
     if (!path.startsWith(u'/'))
-        return refused(QStringLiteral("not an absolute path"));
+        return refused(LocalizedString("not an absolute path"));
     // "." and ".." count as hidden too: a request has no business walking around with them.
     if (hasHiddenComponent(path))
-        return refused(QStringLiteral("a hidden file or folder"));
+        return refused(LocalizedString("a hidden file or folder"));
     const QFileInfo given(path);
     const QString resolved = given.canonicalFilePath();
     if (resolved.isEmpty())
-        return refused(QStringLiteral("no such file or folder"));
+        return refused(LocalizedString("no such file or folder"));
     if (hasHiddenComponent(resolved))
-        return refused(QStringLiteral("a link to a hidden file or folder"));
+        return refused(LocalizedString("a link to a hidden file or folder"));
     for (const QStringView folder : kSystemFolders) {
         if (isInside(resolved, folder))
-            return refused(QStringLiteral("in the system folder %1").arg(folder));
+            return refused(LocalizedString("in the system folder %1").arg(folder));
     }
     if (!container.isNull()) {
         const QString root = QFileInfo(container).canonicalFilePath();
         if (!root.isEmpty() && isInside(resolved, root))
-            return refused(QStringLiteral("in the shared container"));
+            return refused(LocalizedString("in the shared container"));
     }
     const QFileInfo target(resolved);
     if (!target.isFile() && !target.isDir())
-        return refused(QStringLiteral("not a regular file or folder"));
+        return refused(LocalizedString("not a regular file or folder"));
     if (!target.isReadable())
-        return refused(QStringLiteral("not readable"));
+        return refused(LocalizedString("not readable"));
     return {resolved, QString()};
 }
 

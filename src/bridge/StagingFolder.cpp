@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "bridge/ExtensionUtilities.h"
 #include "bridge/FileNaming.h"
 #include "bridge/FileStaging.h"

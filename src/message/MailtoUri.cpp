@@ -1,5 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "message/MailtoUri.h"
 
+#include "platform/LocalizedString.h"
 #include "request/RequestUtils.h"
 
 #include <QUrl>
@@ -82,10 +87,10 @@ QString MailtoUri::localPath(const QString& value) {
 
 MailtoParse MailtoUri::parse(QStringView uri) {
     if (!isMailto(uri))
-        return {std::nullopt, QStringLiteral("not a mailto: URI: %1").arg(uri)};
+        return {std::nullopt, LocalizedString("not a mailto: URI: %1").arg(uri)};
     const auto malformed = [&](const QString& what) {
         return MailtoParse{std::nullopt,
-                           QStringLiteral("malformed mailto: URI (%1): %2").arg(what, uri)};
+                           LocalizedString("malformed mailto: URI (%1): %2").arg(what, uri)};
     };
 
     QStringView rest = uri.mid(kScheme.size());
@@ -99,7 +104,7 @@ MailtoParse MailtoUri::parse(QStringView uri) {
     Mailto mailto;
     QString bad;
     if (!appendAddresses(mailto.to, path, &bad))
-        return malformed(QStringLiteral("bad escape or not UTF-8 in \"%1\"").arg(bad));
+        return malformed(LocalizedString("bad escape or not UTF-8 in \"%1\"").arg(bad));
 
     for (const QStringView field : query.split(u'&')) {
         if (field.isEmpty())
@@ -109,7 +114,7 @@ MailtoParse MailtoUri::parse(QStringView uri) {
         const QStringView rawValue = equals < 0 ? QStringView() : field.mid(equals + 1);
         const QString name = decoded(rawName).toLower();
         if (name.isNull() && !rawName.isEmpty())
-            return malformed(QStringLiteral("bad escape or not UTF-8 in \"%1\"").arg(rawName));
+            return malformed(LocalizedString("bad escape or not UTF-8 in \"%1\"").arg(rawName));
 
         bool ok = true;
         if (name == u"to") {
@@ -135,7 +140,7 @@ MailtoParse MailtoUri::parse(QStringView uri) {
             }
         }
         if (!ok)
-            return malformed(QStringLiteral("bad escape or not UTF-8 in \"%1\"").arg(bad));
+            return malformed(LocalizedString("bad escape or not UTF-8 in \"%1\"").arg(bad));
     }
     return {mailto, {}};
 }

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "platform/MainQueue.h"
 
 #include <QCoreApplication>
@@ -16,21 +20,26 @@ namespace velmora {
 
 namespace {
 
-// Lives on the main thread and runs whatever is queued each time its wake-up counter is bumped.
-// The counter is an eventfd the main thread's event loop watches, so a queueing thread touches
-// nothing of Qt's: posting an event would go through Qt's own event queue, whose lock the thread
-// sanitizer cannot see, and the main thread posting its own events at the same moment would then
-// look like a race on that queue.
-class Dispatcher : public QObject {
+// Runs whatever is queued on the main thread each time its wake-up counter is bumped. The counter
+// is an eventfd the main thread's event loop watches, so a queueing thread touches nothing of
+// Qt's: posting an event would go through Qt's own event queue, whose lock the thread sanitizer
+// cannot see, and the main thread posting its own events at the same moment would then look like
+// a race on that queue.
+class Dispatcher {
 public:
     Dispatcher()
         : m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
         if (m_wake < 0)
             qFatal("MainQueue: no eventfd for waking the main thread (errno %d)", errno);
-        m_notifier = new QSocketNotifier(QSocketNotifier::Read, this);
-        m_notifier->setSocket(m_wake);
-        connect(m_notifier, &QSocketNotifier::activated, this, &Dispatcher::runQueued);
-        m_notifier->setEnabled(true);
+    }
+
+    // Watches the counter from the event loop of the application object being made. A program
+    // may make one after another (a plain one for its command line, then the window's): the
+    // watch goes with each, and what was queued in between runs in the next one's loop.
+    void attach(QCoreApplication* app) {
+        auto* notifier = new QSocketNotifier(m_wake, QSocketNotifier::Read, app);
+        QObject::connect(notifier, &QSocketNotifier::activated, notifier, [this] { runQueued(); });
+        wake();
     }
 
     void queue(std::function<void()> f) {
@@ -74,27 +83,23 @@ private:
     }
 
     const int m_wake; // the eventfd, open for the life of the process
-    QSocketNotifier* m_notifier;
     std::mutex m_mutex;
     std::deque<std::function<void()>> m_queue;
 };
 
 Dispatcher& dispatcher() {
     // Never deleted: queued functions may arrive until the very end of the process.
-    // Made by the application object's start-up, on its thread, whose event loop watches it.
-    static Dispatcher* const instance = [] {
-        Q_ASSERT(MainQueue::isMainThread());
-        return new Dispatcher;
-    }();
+    static Dispatcher* const instance = new Dispatcher;
     return *instance;
 }
 
-// Made as the application object is made, so that a worker never makes it.
-void makeDispatcherEarly() {
-    dispatcher();
+// As each application object is made, on its thread, so that a worker never makes the
+// dispatcher and the object's event loop watches it.
+void attachDispatcher() {
+    dispatcher().attach(QCoreApplication::instance());
 }
 
-Q_COREAPP_STARTUP_FUNCTION(makeDispatcherEarly)
+Q_COREAPP_STARTUP_FUNCTION(attachDispatcher)
 
 } // namespace
 

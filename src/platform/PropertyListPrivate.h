@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // Shared by the XML and the binary property-list readers; not part of the library's API.

@@ -1,6 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "share/CommandLine.h"
 
 #include "platform/FileNames.h"
+#include "platform/LocalizedString.h"
 
 #include <QCommandLineParser>
 #include <QDir>
@@ -48,36 +53,38 @@ std::optional<SharedItem> classify(const QString& item, QString* error) {
     if (looksLikeUrl(item)) {
         const QUrl url(item, QUrl::StrictMode);
         if (!url.isValid() || url.scheme().isEmpty()) {
-            *error = QStringLiteral("not a well-formed URL: %1").arg(shown);
+            *error = LocalizedString("not a well-formed URL: %1").arg(shown);
             return std::nullopt;
         }
         if (url.isLocalFile()) {
             const QString local = localFileOf(url);
             if (!FileNames::exists(local)) {
-                *error = QStringLiteral("no such file or folder: %1").arg(shown);
+                *error = LocalizedString("no such file or folder: %1").arg(shown);
                 return std::nullopt;
             }
             return SharedItem{SharedItem::Kind::File, QUrl::fromLocalFile(absolute(local)), item};
         }
         return SharedItem{SharedItem::Kind::Link, url, item};
     }
-    *error = QStringLiteral("no such file or folder: %1").arg(shown);
+    *error = LocalizedString("no such file or folder: %1").arg(shown);
     return std::nullopt;
 }
 
 } // namespace
 
 QString CommandLine::helpText() {
-    // One option a line, as help2man reads it for the man page.
-    return QStringLiteral(
+    // One option a line, as help2man reads it for the man page (which it makes in English).
+    return LocalizedString(
         "Usage: velmora-share [OPTIONS] [ITEM...]\n"
         "Open the Velmora share composer pre-filled with the items; Send hands the message to the\n"
         "Velmora mail application.\n"
         "\n"
         "Items:\n"
         "  FILE              an existing file or folder, attached as a copy\n"
-        "  URL               an absolute URL with a scheme, shared as a link (file: URLs are files)\n"
-        "  mailto:...        a mail link, read as a message to compose: recipients, subject, body,\n"
+        "  URL               an absolute URL with a scheme, shared as a link (file: URLs are "
+        "files)\n"
+        "  mailto:...        a mail link, read as a message to compose: recipients, subject, "
+        "body,\n"
         "                    and attachments checked as docs/mailto.md describes\n"
         "  -                 standard input: image data when it decodes as an image, else text\n"
         "\n"
@@ -154,7 +161,7 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
          {&title, &text, &container, &bundleId, &from, &subject, &body, &screenshot}) {
         if (parser.values(*single).size() > 1)
             return usage(
-                QStringLiteral("--%1 given more than once").arg(single->names().constFirst()));
+                LocalizedString("--%1 given more than once").arg(single->names().constFirst()));
     }
 
     options.headless = parser.isSet(headless);
@@ -162,7 +169,7 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
          {&from, &to, &cc, &bcc, &subject, &body, &cancel}) {
         if (parser.isSet(*headlessOnly) && !options.headless)
             return usage(
-                QStringLiteral("--%1 needs --headless").arg(headlessOnly->names().constFirst()));
+                LocalizedString("--%1 needs --headless").arg(headlessOnly->names().constFirst()));
     }
 
     bool standardInput = false;
@@ -184,7 +191,7 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
             return usage(error);
         if (item->kind == SharedItem::Kind::StandardInput) {
             if (standardInput)
-                return usage(QStringLiteral("standard input ('-') can be shared only once"));
+                return usage(LocalizedString("standard input ('-') can be shared only once"));
             standardInput = true;
         }
         options.items.append(*item);
@@ -192,7 +199,7 @@ CommandLineResult CommandLine::parse(const QStringList& arguments) {
     for (const QString& file : parser.values(image)) {
         if (!FileNames::isRegularFile(file))
             return usage(
-                QStringLiteral("no such image file: %1").arg(FileNames::displayable(file)));
+                LocalizedString("no such image file: %1").arg(FileNames::displayable(file)));
         options.images.append(absolute(file));
     }
 

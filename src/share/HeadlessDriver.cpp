@@ -1,8 +1,13 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "share/HeadlessDriver.h"
 
 #include "composer/ExtensionComposerController.h"
 #include "composer/ExtensionContentTextView.h"
 #include "directory/ExtensionAddress.h"
+#include "platform/LocalizedString.h"
 #include "recipients/ExtensionSuggestionController.h"
 #include "recipients/ExtensionTokenField.h"
 #include "recipients/TokenSplitting.h"
@@ -40,9 +45,9 @@ QString HeadlessDriver::apply(ExtensionComposerController& composer, const Choic
         if (index < 0) {
             const QStringList titles = fromTitles(*popUp);
             return titles.isEmpty()
-                       ? QStringLiteral("no From item titled %1: there are no accounts")
+                       ? LocalizedString("no From item titled %1: there are no accounts")
                              .arg(choices.from)
-                       : QStringLiteral("no From item titled %1 (the items are: %2)")
+                       : LocalizedString("no From item titled %1 (the items are: %2)")
                              .arg(choices.from, titles.join(QStringLiteral(", ")));
         }
         popUp->setCurrentIndex(index);

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "share/MailtoIntake.h"
 
 #include "bridge/AttachmentSafety.h"
@@ -26,7 +30,7 @@ QString MailtoIntake::admitAttachments(ShareOptions& options, const QString& con
     for (const MailtoAttachment& attachment : options.mailto->attachments) {
         const AttachmentSafety::Verdict verdict =
             attachment.path.isNull()
-                ? AttachmentSafety::Verdict{QString(), QStringLiteral("not a local file")}
+                ? AttachmentSafety::Verdict{QString(), LocalizedString("not a local file")}
                 : AttachmentSafety::check(attachment.path, container);
         if (!verdict.accepted()) {
             Log::write(u"mailto: left out the attachment %@ (%@)",
@@ -42,9 +46,9 @@ QString MailtoIntake::admitAttachments(ShareOptions& options, const QString& con
         return {};
     const QString list = explained.join(QStringLiteral(", "));
     if (options.headless)
-        return QStringLiteral("the mailto: URI asks for attachments that are not attached: %1")
+        return LocalizedString("the mailto: URI asks for attachments that are not attached: %1")
             .arg(list);
-    err << "velmora-share: not attached: " << list << '\n';
+    err << "velmora-share: " << LocalizedString("not attached: %1").arg(list) << '\n';
     err.flush();
     return {};
 }

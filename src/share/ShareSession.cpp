@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "share/ShareSession.h"
 
 #include "bridge/ConstVars.h"
@@ -93,9 +97,11 @@ int ShareSession::exec() {
     if (!m_outcome || m_outcome->cancelled())
         return Cancelled;
     if (m_launchFailed) {
-        m_err << "velmora-share: the message is complete, but the mail application ("
-              << ExtensionUtilities::TargetApplication()
-              << ".desktop) could not be launched to send it\n";
+        m_err << "velmora-share: "
+              << LocalizedString("the message is complete, but the mail application (%1) could "
+                                 "not be launched to send it")
+                     .arg(ExtensionUtilities::TargetApplication() + QStringLiteral(".desktop"))
+              << '\n';
         m_err.flush();
         return LaunchFailed;
     }
@@ -106,7 +112,8 @@ bool ShareSession::reportLeftOut() {
     // Also in window runs: whoever started the program may be watching its error stream.
     const QList<StagingStatus::LeftOut> leftOut = m_context->stagingStatus()->leftOut();
     for (const StagingStatus::LeftOut& item : leftOut)
-        m_err << "velmora-share: not attached: " << item.name << ": " << item.reason << '\n';
+        m_err << "velmora-share: "
+              << LocalizedString("not attached: %1: %2").arg(item.name, item.reason) << '\n';
     m_err.flush();
     return !leftOut.isEmpty();
 }
@@ -160,7 +167,8 @@ void ShareSession::writeScreenshot() {
     const QString path = m_options.screenshot;
     QDir().mkpath(QFileInfo(path).absolutePath());
     if (!m_window->grab().save(path, "PNG")) {
-        m_err << "velmora-share: could not write the screenshot to " << path << '\n';
+        m_err << "velmora-share: "
+              << LocalizedString("could not write the screenshot to %1").arg(path) << '\n';
         m_err.flush();
     }
 }

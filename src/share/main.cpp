@@ -1,5 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "bridge/ExtensionUtilities.h"
 #include "platform/FileNames.h"
+#include "platform/LocalizedString.h"
 #include "platform/RegularFile.h"
 #include "share/CommandLine.h"
 #include "share/DisplayCheck.h"
@@ -9,6 +14,7 @@
 #include "share/Translations.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QFile>
 #include <QIcon>
 #include <QTextStream>
@@ -23,7 +29,8 @@ constexpr int kUsageError = velmora::ShareSession::UsageError;
 constexpr qint64 kMaxImageFileBytes = qint64(1) << 30;
 
 int usageError(QTextStream& err, const QString& message) {
-    err << "velmora-share: " << message << "\nTry 'velmora-share --help'.\n";
+    err << "velmora-share: " << message << '\n'
+        << velmora::LocalizedString("Try 'velmora-share --help'.") << '\n';
     return kUsageError;
 }
 
@@ -32,6 +39,13 @@ int usageError(QTextStream& err, const QString& message) {
 int main(int argc, char** argv) {
     QTextStream out(stdout);
     QTextStream err(stderr);
+
+    // The command line's own messages are in the user's language too. Translations need an
+    // application object, and the window's must wait until the display has been checked, so a
+    // plain one serves until then.
+    int earlyArgc = 1;
+    std::optional<QCoreApplication> early(std::in_place, earlyArgc, argv);
+    velmora::installTranslations();
 
     // Arguments are bytes: decoded as file names, so that an item whose name is not UTF-8 still
     // names its file.
@@ -57,16 +71,18 @@ int main(int argc, char** argv) {
     if (options.headless)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     else if (const QString problem = velmora::DisplayCheck::problem(); !problem.isNull())
-        return usageError(err, QStringLiteral("there is no display to show the composer on (%1); "
-                                              "use --headless")
-                                   .arg(problem));
+        return usageError(
+            err, velmora::LocalizedString("there is no display to show the composer on (%1); "
+                                          "use --headless")
+                     .arg(problem));
     if (!options.container.isNull())
         qputenv("VELMORA_GROUP_CONTAINER", velmora::FileNames::encode(options.container));
     if (!options.bundleId.isNull())
         qputenv("VELMORA_BUNDLE_ID", options.bundleId.toUtf8());
     if (velmora::ExtensionUtilities::GroupDataPath().isNull())
-        return usageError(err, QStringLiteral("the shared container cannot be created; give "
-                                              "one with --container"));
+        return usageError(
+            err, velmora::LocalizedString("the shared container cannot be created; give one with "
+                                          "--container"));
     if (const QString refused = velmora::MailtoIntake::admitAttachments(
             options, velmora::ExtensionUtilities::GroupPath(), err);
         !refused.isNull())
@@ -80,11 +96,12 @@ int main(int argc, char** argv) {
             continue;
         QFile input;
         if (!input.open(stdin, QIODevice::ReadOnly))
-            return usageError(err, QStringLiteral("standard input cannot be read"));
+            return usageError(err, velmora::LocalizedString("standard input cannot be read"));
         standardInput = input.readAll();
         // Image data that does not decode is refused: read as text it would be binary junk.
         if (const std::optional<QString> why = velmora::ShareInput::undecodableImage(standardInput))
-            return usageError(err, QStringLiteral("standard input cannot be shared: ") + *why);
+            return usageError(
+                err, velmora::LocalizedString("standard input cannot be shared: %1").arg(*why));
     }
     QList<QByteArray> images;
     for (const QString& path : options.images) {
@@ -94,12 +111,13 @@ int main(int argc, char** argv) {
             return usageError(err, error->text());
         images.append(std::get<QByteArray>(std::move(read)));
         if (!velmora::ShareInput::decodesAsImage(images.last()))
-            return usageError(err, QStringLiteral("not an image: %1").arg(shown));
+            return usageError(err, velmora::LocalizedString("not an image: %1").arg(shown));
     }
 
     // Qt's own options (-platform, -style ...) are not taken from the command line: every
     // argument there is an item or one of ours.
     int qtArgc = 1;
+    early.reset();
     std::optional<QApplication> app;
     {
         // Should the platform still fail to start, Qt's fatal message becomes a usage error.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "views/AlertViewcontroller.h"
 
 #include "views/FlippedView.h"

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The attachment check on real files: what links resolve to decides, not what they are called.
 #include "TestSupport.h"
 #include "bridge/AttachmentSafety.h"

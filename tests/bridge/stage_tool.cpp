@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Stages COUNT image buffers of SIZE bytes, each filled with its own tag, and prints the staged
 // paths one per line. The container and bundle identifier come from the environment.
 #include "bridge/ConstVars.h"

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // The Cc/Bcc row of the composer: on show only when a share brings Cc, Bcc or a notice, every
 // recipient visible with its remove button, and what is sent is what it shows.
 #include "TestSupport.h"

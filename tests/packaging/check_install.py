@@ -1,4 +1,9 @@
 #!/usr/bin/env python3
+
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 """Installs a build into a temporary prefix and checks what lands there: the program (which must
 run from there), its desktop entry (which desktop-file-validate must accept, whose Exec and Icon
 must name the installed program and icon, and which claims mailto: and nothing else), the icon,

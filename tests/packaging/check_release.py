@@ -1,7 +1,13 @@
 #!/usr/bin/env python3
+
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 """Checks what a distribution ships beside the program against the program itself: one version
 everywhere (CMake, --version, the metainfo, CHANGELOG.md, debian/changelog), the options of
---help in the man page and in every shell completion, and the metainfo valid for AppStream.
+--help in the man page and in every shell completion, the metainfo valid for AppStream, and the
+source tree clean for REUSE.
 
 usage: check_release.py PROGRAM BUILD_DIR SOURCE_DIR VERSION
 """
@@ -63,6 +69,10 @@ def main(argv):
     run = tool("appstreamcli", "validate", "--no-net", str(metainfo))
     if run is not None:
         check(run.returncode == 0, "appstreamcli validate: " + run.stdout + run.stderr)
+    if (source / ".git").exists():
+        run = tool("reuse", "lint", cwd=source)
+        if run is not None:
+            check(run.returncode == 0, "reuse lint:\n" + run.stdout[-3000:])
 
     for failure in failures:
         print("FAIL:", failure)

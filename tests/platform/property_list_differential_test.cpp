@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Our reader against libplist on files that Python's plistlib writes, in both formats.
 
 #include "PlistTestSupport.h"

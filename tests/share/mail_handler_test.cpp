@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // velmora-share as the desktop's mail handler: the installed desktop entry in a desktop of its
 // own, reached through xdg-email and gio open, and the defaults it does (not) become.
 #include "Process.h"

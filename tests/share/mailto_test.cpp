@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // mailto: URIs given to the real velmora-share, headless, as a mail handler receives them.
 #include "Process.h"
 #include "TestSupport.h"

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Asks the Email portal on the session bus to compose a message, as a sandboxed application's
 // "Send by email" does: usage: portal_email_call ADDRESS SUBJECT FILE. Waits for the portal's
 // answer and exits with its response code (0: the mail handler was started), or 100 when the

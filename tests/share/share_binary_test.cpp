@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #include "ImageSamples.h"
 #include "Process.h"
 #include "RecordingDesktop.h"
@@ -109,22 +113,35 @@ TEST_F(ShareBinary, HelpVersionAndUsageErrorsTouchNothing) {
     const QString earlier = file(QStringLiteral("earlier.txt"), "kept");
     writeFile(staging() + QStringLiteral("/earlier.txt"), "kept");
     const QString text = file(QStringLiteral("words.txt"), "not a picture");
+    // Messages are in the user's language (LANGUAGE), Qt's own parser's included.
     const struct {
         QStringList args;
         const char* named;
+        const char* language;
     } rows[] = {
-        {{QStringLiteral("--no-such-option")}, "no-such-option"},
-        {{earlier, files.filePath(QStringLiteral("nope.txt"))}, "nope.txt"},
-        {{QStringLiteral("http://[::1")}, "http://[::1"},
-        {{QStringLiteral("--to"), QStringLiteral("grace@navy.test"), earlier}, "--headless"},
-        {{QStringLiteral("--image"), text}, "words.txt"},
+        {{QStringLiteral("--no-such-option")}, "no-such-option", ""},
+        {{earlier, files.filePath(QStringLiteral("nope.txt"))}, "nope.txt", ""},
+        {{QStringLiteral("http://[::1")}, "http://[::1", ""},
+        {{QStringLiteral("--to"), QStringLiteral("grace@navy.test"), earlier}, "--headless", ""},
+        {{QStringLiteral("--image"), text}, "words.txt", ""},
+        {{QStringLiteral("--no-such-option")}, "Opzione sconosciuta 'no-such-option'", "it"},
+        {{earlier, files.filePath(QStringLiteral("nope.txt"))},
+         "file o cartella inesistente: ",
+         "it"},
+        {{QStringLiteral("--to"), QStringLiteral("grace@navy.test"), earlier},
+         "--to richiede --headless\nProva 'velmora-share --help'.",
+         "it"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.named);
+        qputenv("LANGUAGE", row.language);
         const ShareRun bad = run(row.args);
         EXPECT_EQ(bad.exitCode, 2);
-        EXPECT_TRUE(bad.err.contains(QString::fromLatin1(row.named))) << bad.err.toStdString();
+        EXPECT_TRUE(bad.err.contains(QString::fromUtf8(row.named))) << bad.err.toStdString();
     }
+    qputenv("LANGUAGE", "it");
+    EXPECT_TRUE(run({QStringLiteral("--help")}).out.contains(u"Stato di uscita:"));
+    qunsetenv("LANGUAGE");
     // A window asked for where no compositor answers: a usage error, never Qt's abort.
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     qputenv("QT_QPA_PLATFORM", "wayland");

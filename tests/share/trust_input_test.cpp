@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 // Hostile input for the real binary: HTML naming pipes, devices and files; directory files that
 // are pipes; file names that are not UTF-8; image data that does not decode.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
 #ifdef VELMORA_TEST_WIDGETS
 #include <QApplication>
 using TestApplication = QApplication;

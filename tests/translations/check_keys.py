@@ -1,4 +1,9 @@
 #!/usr/bin/env python3
+
+# SPDX-FileCopyrightText: 2026 The velmora-share developers
+#
+# SPDX-License-Identifier: MIT
+
 """Fails when the translation catalogues and the texts the program looks up drift apart.
 
 Every user-visible text goes through LocalizedString("...") in the context "Velmora". lupdate
