@@ -4,6 +4,7 @@
 
 // Loading the contacts book of a heavy user (100,000 addresses) into records, from the XML and
 // the binary form, against libplist's parse alone of the same bytes.
+#include "HeapCondition.h"
 #include "bridge/ExtensionUtilities.h"
 #include "directory/ExtensionAddress.h"
 
@@ -97,6 +98,7 @@ const Book& book() {
 void loadRecords(benchmark::State& state, const QByteArray& bytes) {
     book().install(bytes);
     for (auto _ : state) {
+        velmora::bench::prepareHeap(state);
         const auto result = velmora::ExtensionUtilities::AddressesAndGroups();
         if (result.addresses.size() != kAddresses)
             state.SkipWithError("the book did not load");
@@ -107,6 +109,7 @@ void loadRecords(benchmark::State& state, const QByteArray& bytes) {
 
 void libplistParse(benchmark::State& state, const QByteArray& bytes) {
     for (auto _ : state) {
+        velmora::bench::prepareHeap(state);
         plist_t root = nullptr;
         plist_from_memory(bytes.constData(), uint32_t(bytes.size()), &root);
         if (!root || plist_array_get_size(root) != kAddresses)

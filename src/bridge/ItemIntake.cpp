@@ -107,6 +107,19 @@ void takeImage(const QString& service, ExtensionMessage& message, const QVariant
                                                               observerFor(status, id, name)));
 }
 
+// The queue of the intake's wait (made at the priority of its first use). The wait holds its thread
+// for up to 10 s while the providers answer on the global queues, so it never takes one of theirs,
+// however many answers are due.
+DispatchQueue& intakeWaitQueue(DispatchQueue::Priority priority) {
+    // The global queues are made first so that they end after this one: at exit its wait may
+    // still be handing work to them.
+    [[maybe_unused]] static const bool globalsFirst =
+        (DispatchQueue::global(DispatchQueue::Priority::Default),
+         DispatchQueue::global(DispatchQueue::Priority::Background), true);
+    static DispatchQueue queue(priority);
+    return queue;
+}
+
 // Each provider asked is pending in the status from the request until its answer has been
 // staged (or left out), so that items that land after the delivery are still known.
 void requestAttachments(const QString& service, const std::shared_ptr<ExtensionMessage>& message,
@@ -149,7 +162,7 @@ void ExtensionUtilities::GetItemForExtension(const std::shared_ptr<ExtensionCont
     // Before the worker starts, so that a Send pressed at once already waits for the message.
     if (context)
         context->stagingStatus()->expectDelivery();
-    DispatchQueue::global(DispatchQueue::Priority::Background)
+    intakeWaitQueue(DispatchQueue::Priority::Background)
         .async([context = context, service, completion = std::move(completion),
                 sleep = std::move(sleep)]() mutable {
             // A missing context is a share of nothing.

@@ -15,6 +15,9 @@
 #include <QPainterPath>
 
 #include <cmath>
+#include <map>
+#include <mutex>
+#include <utility>
 
 namespace velmora {
 
@@ -95,6 +98,22 @@ QImage builtInDocumentIcon(const QSize& size) {
     return image;
 }
 
+// The built-in icon, drawn once per size and shared after: a thousand files of unknown type need
+// one. The copies handed out share the cached pixels, and a change to one copies them first.
+QImage sharedDocumentIcon(const QSize& size) {
+    static std::mutex mutex;
+    static std::map<std::pair<int, int>, QImage> drawn;
+    const std::pair key(size.width(), size.height());
+    {
+        const std::lock_guard lock(mutex);
+        if (const auto found = drawn.find(key); found != drawn.end())
+            return found->second;
+    }
+    QImage icon = builtInDocumentIcon(size);
+    const std::lock_guard lock(mutex);
+    return drawn.try_emplace(key, std::move(icon)).first->second;
+}
+
 QImage themeIcon(const QMimeType& type, const QSize& size) {
     QIcon icon = QIcon::fromTheme(type.iconName());
     if (icon.isNull())
@@ -152,7 +171,7 @@ QImage fileTypeIcon(const QString& path, const QSize& size) {
     if (size.isEmpty())
         return {};
     QImage icon = themeIcon(QMimeDatabase().mimeTypeForFile(path), size);
-    return icon.isNull() ? builtInDocumentIcon(size) : icon;
+    return icon.isNull() ? sharedDocumentIcon(size) : icon;
 }
 
 QImage finishPreview(const QString& path, const QImage& content, const QSize& size, bool asIcon) {

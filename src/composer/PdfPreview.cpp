@@ -6,22 +6,40 @@
 
 #include "views/UiLogging.h"
 
-#include <algorithm>
+#include <QCoreApplication>
+#include <QFile>
+
+#include <dlfcn.h>
 #include <mutex>
-#include <poppler-qt6.h>
 
 namespace velmora {
 
 namespace {
 
-// Poppler reports damaged files on stderr; a file that yields no preview is no error of ours.
-void routePopplerMessages() {
-    static std::once_flag once;
-    std::call_once(once, [] {
-        Poppler::setDebugErrorFunction(
-            [](const QString& message, const QVariant&) { qCDebug(lcUi) << "poppler:" << message; },
-            QVariant());
-    });
+using Render = void (*)(const QString*, const QSize*, QImage*);
+
+// The renderer's module: beside the installed program, else where the build made it.
+Render loadRenderer() {
+    QStringList candidates;
+    if (QCoreApplication::instance()) {
+        candidates.append(QCoreApplication::applicationDirPath() +
+                          QStringLiteral("/" VELMORA_PDF_MODULE_FROM_BIN));
+    }
+    candidates.append(QStringLiteral(VELMORA_PDF_MODULE_BUILT));
+    for (const QString& path : candidates) {
+        if (!QFile::exists(path))
+            continue;
+        // Kept loaded for the rest of the run.
+        void* module = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
+        if (!module) {
+            qCWarning(lcUi) << "the PDF renderer cannot be loaded:" << dlerror();
+            continue;
+        }
+        if (void* entry = dlsym(module, "velmoraFirstPageOfPdf"))
+            return reinterpret_cast<Render>(entry);
+    }
+    qCWarning(lcUi) << "no PDF renderer found; PDF files are shown by their icon";
+    return nullptr;
 }
 
 } // namespace
@@ -29,23 +47,12 @@ void routePopplerMessages() {
 QImage firstPageOfPdf(const QString& path, const QSize& size) {
     if (size.isEmpty())
         return {};
-    routePopplerMessages();
-    const std::unique_ptr<Poppler::Document> document = Poppler::Document::load(path);
-    if (!document || document->isLocked() || document->numPages() < 1)
-        return {};
-    document->setRenderHint(Poppler::Document::Antialiasing);
-    document->setRenderHint(Poppler::Document::TextAntialiasing);
-    const std::unique_ptr<Poppler::Page> page = document->page(0);
-    if (!page)
-        return {};
-    const QSizeF points = page->pageSizeF();
-    if (points.isEmpty())
-        return {};
-    // Pages are measured in points (1/72 inch): a resolution of 72 dpi draws one pixel per point.
-    const double scale = std::min(size.width() / points.width(), size.height() / points.height());
-    QImage image = page->renderToImage(72.0 * scale, 72.0 * scale);
-    if (image.width() > size.width() || image.height() > size.height())
-        image = image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    static std::once_flag once;
+    static Render render = nullptr;
+    std::call_once(once, [] { render = loadRenderer(); });
+    QImage image;
+    if (render)
+        render(&path, &size, &image);
     return image;
 }
 

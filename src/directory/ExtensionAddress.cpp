@@ -24,14 +24,15 @@ std::shared_ptr<ExtensionAddress> ExtensionAddress::read(const DictionaryReader&
     // The record is not shared until it is returned: its fields are set without their locks.
     try {
         const QString empty = QStringLiteral("");
+        Fields& f = address->m_fields;
         // "No Mail" here is a plain text, not a translation.
-        address->m_mail.initialize(dict.string(QStringLiteral("mail"), QStringLiteral("No Mail")));
-        address->m_firstName.initialize(dict.string(QStringLiteral("firstName"), empty));
-        address->m_lastName.initialize(dict.string(QStringLiteral("lastName"), empty));
-        address->m_company.initialize(dict.string(QStringLiteral("company"), empty));
-        address->m_nickname.initialize(dict.string(QStringLiteral("nickname"), empty));
+        f.mail = dict.string(QStringLiteral("mail"), QStringLiteral("No Mail"));
+        f.firstName = dict.string(QStringLiteral("firstName"), empty);
+        f.lastName = dict.string(QStringLiteral("lastName"), empty);
+        f.company = dict.string(QStringLiteral("company"), empty);
+        f.nickname = dict.string(QStringLiteral("nickname"), empty);
         if (dict.contains(QStringLiteral("rank")))
-            address->m_rank.initialize(dict.integer(QStringLiteral("rank")));
+            f.rank = dict.integer(QStringLiteral("rank"));
     } catch (const std::exception& e) {
         Log::write(u"ExtensionAddress initWithDictonary %@", {DictionaryReader::describe(e)});
     }
@@ -39,7 +40,8 @@ std::shared_ptr<ExtensionAddress> ExtensionAddress::read(const DictionaryReader&
 }
 
 QString ExtensionAddress::fullName() const {
-    return (firstName() + u' ' + lastName()).trimmed();
+    const Fields f = fields();
+    return (f.firstName + u' ' + f.lastName).trimmed();
 }
 
 QString ExtensionAddress::prettyprint() const {

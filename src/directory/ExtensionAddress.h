@@ -8,6 +8,8 @@
 #include "platform/PropertyList.h"
 
 #include <QList>
+#include <QMutex>
+#include <QMutexLocker>
 #include <QString>
 #include <QVariant>
 
@@ -29,18 +31,33 @@ public:
     static std::shared_ptr<ExtensionAddress>
     initWithDictonary(std::span<const PropertyListEntry> entries);
 
-    QString mail() const { return m_mail.get(); }
-    void setMail(QString v) { m_mail.set(std::move(v)); }
-    QString firstName() const { return m_firstName.get(); }
-    void setFirstName(QString v) { m_firstName.set(std::move(v)); }
-    QString lastName() const { return m_lastName.get(); }
-    void setLastName(QString v) { m_lastName.set(std::move(v)); }
-    QString company() const { return m_company.get(); }
-    void setCompany(QString v) { m_company.set(std::move(v)); }
-    QString nickname() const { return m_nickname.get(); }
-    void setNickname(QString v) { m_nickname.set(std::move(v)); }
-    qint64 rank() const { return m_rank.get(); }
-    void setRank(qint64 v) { m_rank.set(v); }
+    // The fields together, as one read sees them.
+    struct Fields {
+        QString mail;
+        QString firstName;
+        QString lastName;
+        QString company;
+        QString nickname;
+        qint64 rank = 0;
+    };
+    // Every field under one lock, for code that reads them all (the suggestion index).
+    Fields fields() const {
+        const QMutexLocker lock(&m_mutex);
+        return m_fields;
+    }
+
+    QString mail() const { return get(&Fields::mail); }
+    void setMail(QString v) { set(&Fields::mail, std::move(v)); }
+    QString firstName() const { return get(&Fields::firstName); }
+    void setFirstName(QString v) { set(&Fields::firstName, std::move(v)); }
+    QString lastName() const { return get(&Fields::lastName); }
+    void setLastName(QString v) { set(&Fields::lastName, std::move(v)); }
+    QString company() const { return get(&Fields::company); }
+    void setCompany(QString v) { set(&Fields::company, std::move(v)); }
+    QString nickname() const { return get(&Fields::nickname); }
+    void setNickname(QString v) { set(&Fields::nickname, std::move(v)); }
+    qint64 rank() const { return get(&Fields::rank); }
+    void setRank(qint64 v) { set(&Fields::rank, v); }
 
     // "first last" without surrounding white space: "Ada" for a first name alone.
     QString fullName() const;
@@ -52,12 +69,20 @@ public:
 private:
     static std::shared_ptr<ExtensionAddress> read(const DictionaryReader& dict);
 
-    AtomicProperty<QString> m_mail;
-    AtomicProperty<QString> m_firstName;
-    AtomicProperty<QString> m_lastName;
-    AtomicProperty<QString> m_company;
-    AtomicProperty<QString> m_nickname;
-    AtomicProperty<qint64> m_rank;
+    template <typename T> T get(T Fields::*field) const {
+        const QMutexLocker lock(&m_mutex);
+        return m_fields.*field;
+    }
+    template <typename T> void set(T Fields::*field, T value) {
+        const QMutexLocker lock(&m_mutex);
+        // The old value, now in the parameter, is released after the lock is.
+        std::swap(m_fields.*field, value);
+    }
+
+    // One lock for the record: each read or write of a field is indivisible, and fields() reads
+    // all of them with one lock instead of six.
+    mutable QMutex m_mutex;
+    Fields m_fields;
 };
 
 // A named list of addresses of the user's contacts.

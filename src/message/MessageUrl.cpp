@@ -55,8 +55,8 @@ UrlText ExtensionMessage::queryUrl(const QString& command) const {
         }
     });
 
-    return UrlText::fromString(QStringLiteral("velmora://") + command + u'?' +
-                               RequestUtils::URLQueryWithParameters(parameters));
+    return UrlText::fromHeadAndQuery(QStringLiteral("velmora://") + command + u'?',
+                                     RequestUtils::URLQueryWithParameters(parameters));
 }
 
 namespace {

@@ -9,8 +9,6 @@
 
 #include <QPointer>
 
-#include <thread>
-
 namespace velmora {
 
 void afterDelayInBackground(std::chrono::milliseconds delay, QObject* receiver,
@@ -21,11 +19,10 @@ void afterDelayInBackground(std::chrono::milliseconds delay, QObject* receiver,
         if (receiver)
             then();
     };
+    // A delayed item holds no thread while it waits, so quick typing cannot use up the queue.
     DispatchQueue::global(DispatchQueue::Priority::Background)
-        .async([delay, done = std::move(done)]() mutable {
-            std::this_thread::sleep_for(delay);
-            MainQueue::async(std::move(done));
-        });
+        .asyncAfter(delay,
+                    [done = std::move(done)]() mutable { MainQueue::async(std::move(done)); });
 }
 
 } // namespace velmora

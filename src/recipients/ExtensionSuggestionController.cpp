@@ -4,7 +4,6 @@
 
 #include "recipients/ExtensionSuggestionController.h"
 
-#include "bridge/ExtensionUtilities.h"
 #include "recipients/ExtensionSuggestionTableView.h"
 #include "recipients/ExtensionTokenField.h"
 #include "recipients/SuggestionListModel.h"
@@ -35,8 +34,7 @@ ExtensionTokenField* ExtensionSuggestionController::tokenField() const {
 
 void ExtensionSuggestionController::loadView() {
     m_data = {};
-    AddressesAndGroupsResult book = ExtensionUtilities::AddressesAndGroups();
-    m_matcher = SuggestionMatcher(std::move(book.addresses), std::move(book.groups));
+    m_book = ContactBook::load();
 
     auto* root = new FlippedView(m_frame);
     setView(root);
@@ -47,6 +45,32 @@ void ExtensionSuggestionController::loadView() {
     layout->addWidget(table);
     AssignTable(table);
     root->hide();
+}
+
+const SuggestionMatcher& ExtensionSuggestionController::matcher() const {
+    // Before the view is built there are no contacts, as in a book that is empty.
+    static const SuggestionMatcher none;
+    return m_book ? m_book->matcher() : none;
+}
+
+bool ExtensionSuggestionController::contactsReady() const {
+    return m_book && m_book->isReady();
+}
+
+void ExtensionSuggestionController::suggestForTextField(ExtensionTokenField* field,
+                                                        const QString& text) {
+    if (!m_book || m_book->isReady()) {
+        showForTextField(field, objectsForString(text));
+        return;
+    }
+    const bool asked = !m_waitingField.isNull();
+    m_waitingField = field;
+    if (asked)
+        return;
+    m_book->whenReady(this, [this] {
+        if (const QPointer<ExtensionTokenField> waiting = std::exchange(m_waitingField, nullptr))
+            waiting->askForCompletions();
+    });
 }
 
 void ExtensionSuggestionController::AssignTable(ExtensionSuggestionTableView* table) {

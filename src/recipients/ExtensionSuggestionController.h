@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "recipients/ContactBook.h"
 #include "recipients/SuggestionMatcher.h"
 #include "views/ViewController.h"
 
@@ -21,9 +22,11 @@ class FlippedView;
 class SuggestionListModel;
 
 // The recipient suggestions: loads the contacts, matches typed text against them, and shows the
-// matches in a list just below the field being typed in. Its view is a plain child panel of the
-// composer's view (not a window of its own), added last so that it lies above the rest. Its
-// parent object is the composer (see SuggestionHost).
+// matches in a list just below the field being typed in. The contacts are read in the
+// background once the view is built; the lookups below wait for them when they are asked for
+// before they are ready, suggestForTextField() answers once they are. Its view is a plain child
+// panel of the composer's view (not a window of its own), added last so that it lies above the
+// rest. Its parent object is the composer (see SuggestionHost).
 class ExtensionSuggestionController : public ViewController {
     Q_OBJECT
 public:
@@ -40,19 +43,26 @@ public:
     bool visible() const { return m_visible; }
     ExtensionTokenField* tokenField() const;
 
-    const SuggestionMatcher::Addresses& addresses() const { return m_matcher.addresses(); }
-    const SuggestionMatcher::Groups& groups() const { return m_matcher.groups(); }
+    const SuggestionMatcher::Addresses& addresses() const { return matcher().addresses(); }
+    const SuggestionMatcher::Groups& groups() const { return matcher().groups(); }
+    // Whether the contacts have been read (they have not before the view is built).
+    bool contactsReady() const;
     // Declared for the composer's accounts; nothing fills or reads it.
     const QVariantList& accounts() const { return m_accounts; }
     // The rows the list shows.
     const Suggestions& GetArray() const { return m_data; }
 
     Suggestions objectsForString(const QString& text) const {
-        return m_matcher.objectsForString(text);
+        return matcher().objectsForString(text);
     }
     std::shared_ptr<ExtensionAddress> addressForMail(const QString& mail) const {
-        return m_matcher.addressForMail(mail);
+        return matcher().addressForMail(mail);
     }
+
+    // Shows the suggestions for text below field. Before the contacts are ready the main thread
+    // does not wait: once they are, the field is asked again for the text it holds then, so the
+    // keystrokes typed meanwhile are answered, with the latest text.
+    void suggestForTextField(ExtensionTokenField* field, const QString& text);
 
     // Opens the list below field with the results, or only replaces its rows when it is open.
     void showForTextField(ExtensionTokenField* field, const Suggestions& arr);
@@ -77,6 +87,7 @@ protected:
 
 private:
     void reloadTable();
+    const SuggestionMatcher& matcher() const;
 
     QRect m_frame;
     QPointer<ExtensionSuggestionTableView> m_table;
@@ -84,7 +95,8 @@ private:
     bool m_visible = false;
     QPointer<ExtensionTokenField> m_tokenField;
     Suggestions m_data;
-    SuggestionMatcher m_matcher;
+    std::shared_ptr<ContactBook> m_book;          // from the view's building on
+    QPointer<ExtensionTokenField> m_waitingField; // typed in before the contacts were ready
     QVariantList m_accounts;
 };
 

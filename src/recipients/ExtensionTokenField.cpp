@@ -155,7 +155,7 @@ QString ExtensionTokenField::editingStringForRepresentedObject(const Token& toke
 QStringList ExtensionTokenField::completionsForSubstring(const QString& substring, qsizetype,
                                                          int*) {
     if (auto* controller = suggestioncontroller())
-        controller->showForTextField(this, controller->objectsForString(substring));
+        controller->suggestForTextField(this, substring);
     return {};
 }
 
@@ -212,7 +212,7 @@ void ExtensionTokenField::populateToken(TokenEditor& textView) {
     if (!controller)
         return;
     if (const auto* text = std::get_if<QString>(&tokens[index]))
-        controller->showForTextField(this, controller->objectsForString(*text));
+        controller->suggestForTextField(this, *text);
     else
         controller->cancelSuggestions();
 }

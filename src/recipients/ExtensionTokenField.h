@@ -71,6 +71,9 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    // Asks the suggestion controller for the suggestions of the text being typed, if any.
+    void askForCompletions();
+
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -87,7 +90,6 @@ protected:
 private:
     void performCommand(const QString& selector, QKeyEvent* event);
     void insertTypedText(const QString& text);
-    void askForCompletions();
     void commitEditedText();
     void commitTextToken(qsizetype index);
     void commitAllText();

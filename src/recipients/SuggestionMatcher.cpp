@@ -9,6 +9,42 @@
 
 namespace velmora {
 
+namespace {
+
+// Appends text lower-cased as QString::toLower() would: ASCII in place, anything else through
+// toLower(), whose mappings may change the length.
+void appendLowerCased(QString& out, QStringView text) {
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80) {
+            out += text.toString().toLower();
+            return;
+        }
+    }
+    const qsizetype start = out.size();
+    out.resize(start + text.size());
+    char16_t* to = reinterpret_cast<char16_t*>(out.data()) + start;
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        *to++ = (u >= u'A' && u <= u'Z') ? char16_t(u + (u'a' - u'A')) : u;
+    }
+}
+
+// Appends ExtensionAddress::fullName() of fields already read, lower-cased: "first last"
+// trimmed. Without white space at its ends that is the two names and a space, appended without
+// a string of its own; lower-casing maps each character alone, so the parts may be apart.
+void appendLowerCasedFullName(QString& out, const ExtensionAddress::Fields& f) {
+    if (!f.firstName.isEmpty() && !f.lastName.isEmpty() && !f.firstName.front().isSpace() &&
+        !f.lastName.back().isSpace()) {
+        appendLowerCased(out, f.firstName);
+        out += u' ';
+        appendLowerCased(out, f.lastName);
+    } else {
+        appendLowerCased(out, (f.firstName + u' ' + f.lastName).trimmed());
+    }
+}
+
+} // namespace
+
 // The contacts with their lower-cased fields, laid out by entry: entries are the addresses in
 // result order (rank descending, file order within a rank), so that matching needs no sort, and
 // the fields of all entries lie side by side in a few long strings.
@@ -42,29 +78,44 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
     x.addresses = std::move(addresses);
     x.groups = std::move(groups);
     const auto count = std::size_t(x.addresses.size());
-    std::vector<qint64> rank(count);
+    // Each record's fields are read once, under its one lock, and the long strings are sized
+    // from them before anything is appended.
+    std::vector<ExtensionAddress::Fields> fields;
+    fields.reserve(count);
     x.order.resize(count);
+    qsizetype mailUnits = 0;
+    qsizetype prefixUnits = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        rank[i] = x.addresses[qsizetype(i)]->rank();
+        const ExtensionAddress::Fields& f =
+            fields.emplace_back(x.addresses[qsizetype(i)]->fields());
         x.order[i] = quint32(i);
+        mailUnits += f.mail.size();
+        prefixUnits +=
+            2 * (f.firstName.size() + f.lastName.size()) + 1 + f.company.size() + f.nickname.size();
     }
     std::stable_sort(x.order.begin(), x.order.end(),
-                     [&](quint32 a, quint32 b) { return rank[a] > rank[b]; });
+                     [&](quint32 a, quint32 b) { return fields[a].rank > fields[b].rank; });
 
+    x.mails.reserve(mailUnits);
+    x.prefixes.reserve(prefixUnits);
     x.mailStart.reserve(count + 1);
     x.prefixStart.reserve(count * Index::kPrefixFields + 1);
     x.prefixFirst.reserve(count * Index::kPrefixFields);
+    auto addPrefix = [&x](auto append) {
+        const qsizetype start = x.prefixes.size();
+        x.prefixStart.push_back(start);
+        append(x.prefixes);
+        x.prefixFirst.push_back(x.prefixes.size() > start ? x.prefixes.at(start).unicode() : u'\0');
+    };
     for (const quint32 i : x.order) {
-        const ExtensionAddress& a = *x.addresses[i];
+        const ExtensionAddress::Fields& f = fields[i];
         x.mailStart.push_back(x.mails.size());
-        x.mails += a.mail().toLower();
-        for (const QString& field :
-             {a.firstName(), a.lastName(), a.fullName(), a.company(), a.nickname()}) {
-            const QString lower = field.toLower();
-            x.prefixStart.push_back(x.prefixes.size());
-            x.prefixFirst.push_back(lower.isEmpty() ? u'\0' : lower.front().unicode());
-            x.prefixes += lower;
-        }
+        appendLowerCased(x.mails, f.mail);
+        addPrefix([&](QString& out) { appendLowerCased(out, f.firstName); });
+        addPrefix([&](QString& out) { appendLowerCased(out, f.lastName); });
+        addPrefix([&](QString& out) { appendLowerCasedFullName(out, f); });
+        addPrefix([&](QString& out) { appendLowerCased(out, f.company); });
+        addPrefix([&](QString& out) { appendLowerCased(out, f.nickname); });
     }
     x.mailStart.push_back(x.mails.size());
     for (const QChar unit : std::as_const(x.mails)) {
@@ -74,8 +125,9 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
     x.prefixStart.push_back(x.prefixes.size());
 
     // Backwards, so that the first of several addresses with one mail is the one kept.
-    for (qsizetype i = x.addresses.size() - 1; i >= 0; --i)
-        x.firstByMail.insert(x.addresses[i]->mail(), i);
+    x.firstByMail.reserve(qsizetype(count));
+    for (qsizetype i = qsizetype(count) - 1; i >= 0; --i)
+        x.firstByMail.insert(fields[std::size_t(i)].mail, i);
     for (const auto& group : x.groups)
         x.groupNames.append(group->addresses().isEmpty() ? QString() : group->name().toLower());
     m_index = std::move(index);

@@ -70,11 +70,12 @@ QString HeadlessDriver::apply(ExtensionComposerController& composer, const Choic
 void HeadlessDriver::addRecipient(ExtensionComposerController& composer, const QString& text) {
     ExtensionTokenField* field = composer.toField();
     ExtensionSuggestionController* suggestions = composer.suggestionController();
-    field->setFocus(Qt::OtherFocusReason);
-    type(field, text);
-
+    // Asked first, as a user waits for the list: it waits for the contacts, so that the typing
+    // below opens the list at once.
     const std::shared_ptr<ExtensionAddress> contact =
         suggestions ? suggestions->addressForMail(text) : nullptr;
+    field->setFocus(Qt::OtherFocusReason);
+    type(field, text);
     if (contact) {
         // Typing has opened the list with what the text finds; the contact is among its rows,
         // as its mail contains the text.

@@ -31,7 +31,7 @@ namespace velmora {
 namespace {
 
 const QSize kWindowSize(600, 400);
-// How long a screenshot or a headless Send waits for the strip's thumbnails.
+// How long a screenshot waits for the strip's thumbnails.
 constexpr int kThumbnailWaitMs = 10000;
 
 } // namespace
@@ -133,9 +133,15 @@ void ShareSession::messageTakenIn() {
             return;
         }
     }
+    // Only a picture needs the thumbnails; the message does not, so a headless Send without
+    // one does not wait for them.
+    if (m_options.screenshot.isNull()) {
+        if (m_options.headless)
+            finishHeadless();
+        return;
+    }
     afterThumbnails([this] {
-        if (!m_options.screenshot.isNull())
-            writeScreenshot();
+        writeScreenshot();
         if (m_options.headless)
             finishHeadless();
     });

@@ -34,10 +34,12 @@ void ShareViewController::loadView() {
 
     auto* composer = new ExtensionComposerController(kFrame, m_context, this);
     m_composer = composer;
-    composer->view()->setParent(root);
 
-    // The completion runs on the intake's worker. Whether the composer still exists is asked on
-    // the main thread, where it would be deleted; update() then queues the work once more.
+    // The intake starts before the composer builds its views: its first 0.1 s wait then runs
+    // while they are built. The message still reaches the composer after they are, since it is
+    // handed over on the main thread, which builds them below. The completion runs on the intake's
+    // worker. Whether the composer still exists is asked on the main thread, where it would be
+    // deleted; update() then queues the work once more.
     QPointer<ExtensionComposerController> target(composer);
     ExtensionUtilities::GetItemForExtension(
         m_context, service,
@@ -52,6 +54,8 @@ void ShareViewController::loadView() {
                     target->update(message);
             });
         });
+
+    composer->view()->setParent(root);
 }
 
 } // namespace velmora

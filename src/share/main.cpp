@@ -127,10 +127,12 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("velmora-share"));
     QApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("it.zemlo.velmora.share"));
-    // The icon theme's, else the icons built into the program.
+    // The icon theme's, else the icons built into the program. Given with their sizes, the files
+    // are read only when a size is drawn, not before the window first appears.
     QIcon builtIn;
     for (const int size : {16, 24, 32, 48, 64, 128, 256})
-        builtIn.addFile(QStringLiteral(":/icons/%1/it.zemlo.velmora.share.png").arg(size));
+        builtIn.addFile(QStringLiteral(":/icons/%1/it.zemlo.velmora.share.png").arg(size),
+                        QSize(size, size));
     QApplication::setWindowIcon(
         QIcon::fromTheme(QStringLiteral("it.zemlo.velmora.share"), builtIn));
     velmora::installTranslations();

@@ -7,6 +7,7 @@
 #include "bridge/ExtensionUtilities.h"
 #include "bridge/ShareFolder.h"
 #include "message/ExtensionMessage.h"
+#include "platform/DispatchQueue.h"
 #include "platform/ExtensionContext.h"
 #include "platform/ItemProviders.h"
 #include "platform/Log.h"
@@ -237,6 +238,33 @@ TEST_F(Intake, ProvidersAnsweringFromManyThreadsInScrambledOrderAllArrive) {
     }
     EXPECT_EQ(body.size(), length) << "anchors were torn: " << body.toStdString();
     EXPECT_TRUE(message->subject().startsWith(u"Title "));
+}
+
+TEST_F(Intake, ManyProvidersAnswerOnFewThreadsWhileTheWaitAndOtherWorkHoldThreads) {
+    // Every thread of the global background queue is held until the intake has ended: its wait
+    // must not need one, nor the providers, which answer on the default queue.
+    std::promise<void> release;
+    const std::shared_future<void> released = release.get_future().share();
+    DispatchQueue& background = DispatchQueue::global(DispatchQueue::Priority::Background);
+    for (int i = 0; i < DispatchQueue::defaultWidth(); ++i)
+        background.async([released] { released.wait(); });
+
+    ExtensionContext::Items items;
+    QSet<QString> files;
+    for (int i = 0; i < 60; ++i) {
+        const QString name = QStringLiteral("f%1.txt").arg(i);
+        writeFile(sources.filePath(name), QByteArray::number(i));
+        items << item({ItemProviders::file(sources.filePath(name)),
+                       ItemProviders::link(QUrl(QStringLiteral("https://example.org/%1").arg(i)))});
+        files << staged(name);
+    }
+    const auto message = run(items);
+    release.set_value();
+    EXPECT_LT(sleeps, 101) << "every provider answered";
+    EXPECT_EQ(attachments(*message), files);
+    EXPECT_EQ(message->htmlBody().count(QStringLiteral("<a href=")), 60);
+    EXPECT_LE(DispatchQueue::global(DispatchQueue::Priority::Default).threadCount(),
+              DispatchQueue::defaultWidth());
 }
 
 } // namespace

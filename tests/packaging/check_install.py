@@ -7,7 +7,8 @@
 """Installs a build into a temporary prefix and checks what lands there: the program (which must
 run from there), its desktop entry (which desktop-file-validate must accept, whose Exec and Icon
 must name the installed program and icon, and which claims mailto: and nothing else), the icon,
-the file managers' "Send with Velmora" files, and one .qm file per .ts catalogue.
+the file managers' "Send with Velmora" files, one .qm file per .ts catalogue, and the PDF
+renderer module in the program's private library folder.
 
 usage: check_install.py CMAKE BUILD_DIR SOURCE_DIR VERSION
 Exits 77 (reported by CTest as skipped) only when desktop-file-validate is not installed.
@@ -16,6 +17,7 @@ Exits 77 (reported by CTest as skipped) only when desktop-file-validate is not i
 import configparser
 import os
 import pathlib
+import re
 import shlex
 import shutil
 import struct
@@ -69,6 +71,12 @@ def main(argv):
             f"share/icons/hicolor/{n}x{n}/apps/it.zemlo.velmora.share.png" for n in PNG_SIZES} | {
             f"share/velmora-share/translations/{ts.stem}.qm" for ts in catalogues}
         installed = {str(p.relative_to(prefix)) for p in prefix.rglob("*") if not p.is_dir()}
+        # The PDF renderer lies in the program's private folder under the library folder, whose
+        # name depends on the system (lib, lib64, lib/<multiarch>).
+        renderers = {p for p in installed
+                     if re.fullmatch(r"lib[^/]*(/[^/]+)?/velmora-share/velmora-pdf-preview\.so", p)}
+        check(len(renderers) == 1, f"one PDF renderer module expected, found {sorted(renderers)}")
+        expected |= renderers
         for path in sorted(expected - installed):
             failures.append(f"not installed: {path}")
         for path in sorted(installed - expected):

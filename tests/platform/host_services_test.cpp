@@ -3,11 +3,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "TestSupport.h"
-#include "platform/DispatchQueue.h"
 #include "platform/ExtensionContext.h"
 #include "platform/NotificationCenter.h"
 
-#include <future>
 #include <vector>
 
 using namespace velmora;
@@ -50,19 +48,6 @@ TEST(NotificationCenter, DeliversByNameInOrderUntilRemovedAndObserversMayPost) {
     center.removeObserver(a);
     center.postNotificationName(QStringLiteral("A"), QStringLiteral("2"));
     EXPECT_EQ(seen, (QStringList{"a:1", "all:B", "all:A", "all:A"}));
-}
-
-TEST(DispatchQueue, ABlockedWorkItemDoesNotHoldUpTheNext) {
-    DispatchQueue queue(DispatchQueue::Priority::Background);
-    std::promise<void> second;
-    std::promise<void> first;
-    // The first item finishes only after the second has run: on one thread both would wait.
-    queue.async([&, ran = second.get_future().share()] {
-        ran.wait();
-        first.set_value();
-    });
-    queue.async([&] { second.set_value(); });
-    EXPECT_EQ(first.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
 
 } // namespace
