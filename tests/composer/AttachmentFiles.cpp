@@ -4,7 +4,8 @@
 
 #include "AttachmentFiles.h"
 
-#include <QBuffer>
+#include "ImageSamples.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
@@ -54,19 +55,7 @@ QString writeImage(const QString& path, const QSize& size, const QColor& color) 
 QString writeJpegTurnedAQuarter(const QString& path, const QSize& size, const QColor& color) {
     QImage image(size, QImage::Format_RGB32);
     image.fill(color);
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    EXPECT_TRUE(image.save(&buffer, "jpg"));
-    // Qt's writer records no orientation: an APP1 segment right after the start marker, holding
-    // a big-endian TIFF block with one IFD entry, Orientation (0x0112) = 6.
-    static const unsigned char exif[] = {
-        0xFF, 0xE1, 0x00, 0x22, 'E',  'x',  'i',  'f',  0x00, 0x00, 'M',  'M',
-        0x00, 0x2A, 0x00, 0x00, 0x00, 0x08, 0x00, 0x01, 0x01, 0x12, 0x00, 0x03,
-        0x00, 0x00, 0x00, 0x01, 0x00, 0x06, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-    };
-    QByteArray jpeg = buffer.data();
-    jpeg.insert(2, reinterpret_cast<const char*>(exif), sizeof exif);
-    return writeBytes(path, jpeg);
+    return writeBytes(path, jpegWithOrientation(image, 6));
 }
 
 QString writePdf(const QString& path, const QColor& color) {

@@ -55,41 +55,32 @@ struct Body {
     int caret() const { return view.textCursor().position(); }
 };
 
+// How keys become commands is the key map's own test; here, that the delegate is asked with
+// that command current, and that a handled one is not performed.
 TEST(ExtensionContentTextView, AsksItsDelegateWithTheCommandAndTheKeyPress) {
     Body body;
     RecordingDelegate delegate;
     body.view.setMyDelegate(&delegate);
-
     const struct {
-        const char* name;
         Qt::Key key;
         Qt::KeyboardModifiers modifiers;
         const char* selector;
-        quint64 flags;
-        quint16 keyCode;
-        const char* lowerCharacters; // as the composer's shortcuts compare them; null: not read
     } presses[] = {
-        {"return", Qt::Key_Return, Qt::NoModifier, "insertNewline:", 0, 36, "\r"},
-        {"shift-tab", Qt::Key_Backtab, Qt::ShiftModifier, "insertBacktab:", KeyFlags::Shift, 48,
-         nullptr},
-        {"backspace", Qt::Key_Backspace, Qt::NoModifier, "deleteBackward:", 0, 51, nullptr},
-        {"ctrl-return", Qt::Key_Return, Qt::ControlModifier, "noop:", KeyFlags::Command, 36, "\r"},
-        {"ctrl-shift-d", Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier,
-         "noop:", KeyFlags::Command | KeyFlags::Shift, 2, "d"},
+        {Qt::Key_Return, Qt::NoModifier, "insertNewline:"},
+        {Qt::Key_Backtab, Qt::ShiftModifier, "insertBacktab:"},
+        {Qt::Key_Backspace, Qt::NoModifier, "deleteBackward:"},
+        {Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier, "noop:"},
     };
     for (const auto& press : presses) {
-        SCOPED_TRACE(press.name);
+        SCOPED_TRACE(press.selector);
         delegate.calls.clear();
         QTest::keyClick(&body.view, press.key, press.modifiers);
-        ASSERT_EQ(delegate.calls.size(), 1) << delegate.calls.back().selector.toStdString();
-        const auto& call = delegate.calls.front();
-        EXPECT_EQ(call.selector, QString::fromLatin1(press.selector));
-        ASSERT_TRUE(call.key.has_value());
-        EXPECT_EQ(call.key->modifierFlags, press.flags);
-        EXPECT_EQ(call.key->keyCode, press.keyCode);
-        if (press.lowerCharacters) {
-            EXPECT_EQ(call.key->characters.toLower(), QString::fromLatin1(press.lowerCharacters));
-        }
+        ASSERT_EQ(delegate.calls.size(), 1);
+        EXPECT_EQ(delegate.calls[0].selector, QString::fromLatin1(press.selector));
+        ASSERT_TRUE(delegate.calls[0].key.has_value());
+        EXPECT_EQ(delegate.calls[0].key->selector, delegate.calls[0].selector);
+        EXPECT_EQ(delegate.calls[0].key->modifierFlags & KeyFlags::Shift,
+                  press.modifiers & Qt::ShiftModifier ? KeyFlags::Shift : 0);
         EXPECT_FALSE(body.view.currentKeyCommand().has_value());
     }
     // Every command was counted as handled: none was performed.
@@ -208,24 +199,21 @@ TEST(ExtensionContentTextView, RefusesEveryDrop) {
     EXPECT_FALSE(body.view.acceptDrops());
     EXPECT_FALSE(body.view.viewport()->acceptDrops());
 
-    QMimeData text;
-    text.setText(QStringLiteral("dropped"));
-    QMimeData files;
-    files.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.png"))});
-    QMimeData html;
-    html.setHtml(QStringLiteral("<b>dropped</b>"));
+    // Text, files and HTML at once: refused even though each kind alone could be inserted.
+    QMimeData data;
+    data.setText(QStringLiteral("dropped"));
+    data.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.png"))});
+    data.setHtml(QStringLiteral("<b>dropped</b>"));
     const QPoint at(20, 10);
-    for (const QMimeData* data : {&text, &files, &html}) {
-        QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
-        QApplication::sendEvent(body.view.viewport(), &enter);
-        EXPECT_FALSE(enter.isAccepted());
-        QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
-        QApplication::sendEvent(body.view.viewport(), &move);
-        EXPECT_FALSE(move.isAccepted());
-        QDropEvent drop(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
-        QApplication::sendEvent(body.view.viewport(), &drop);
-        EXPECT_FALSE(drop.isAccepted());
-    }
+    QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(body.view.viewport(), &enter);
+    EXPECT_FALSE(enter.isAccepted());
+    QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(body.view.viewport(), &move);
+    EXPECT_FALSE(move.isAccepted());
+    QDropEvent drop(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(body.view.viewport(), &drop);
+    EXPECT_FALSE(drop.isAccepted());
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
 }
 

@@ -4,6 +4,7 @@
 
 #include "PlistTestSupport.h"
 #include "TestSupport.h"
+#include "platform/Log.h"
 #include "platform/PropertyList.h"
 
 #include <QVariantList>
@@ -32,8 +33,10 @@ TEST(PropertyListFile, StreamsTheRootArrayInOrderAndAgreesWithTheWholeRead) {
     EXPECT_EQ(QVariant(seen), PropertyList::arrayWithContentsOfFile(path));
 }
 
+// A file that is no array is an expected case and is not logged.
 TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     QTemporaryDir dir;
+    const LogCapture log;
     const QString broken = dir.filePath(QStringLiteral("broken.plist"));
     velmora::test::writeFile(broken, "<plist><array><string>a</string><string>b</string>"
                                      "<integer>x</integer></array></plist>");
@@ -46,8 +49,24 @@ TEST(PropertyListFile, FaultAfterSomeElementsOrAnotherRootIsNoArray) {
     velmora::test::writeFile(dict, "<plist><dict/></plist>");
     EXPECT_TRUE(visitAll(dict, &ok).isEmpty());
     EXPECT_FALSE(ok);
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dict).isNull());
     EXPECT_TRUE(visitAll(dir.filePath(QStringLiteral("missing.plist")), &ok).isEmpty());
     EXPECT_FALSE(ok);
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.filePath(QStringLiteral("missing.plist")))
+                    .isNull());
+    // The whole read of a file keeps to the input limit too.
+    const QString binary = dir.filePath(QStringLiteral("binary.plist"));
+    velmora::test::writeFile(
+        binary, velmora::test::bplist::file({velmora::test::bplist::array({1}),
+                                             velmora::test::bplist::ascii("a@example.org")}));
+    EXPECT_EQ(PropertyList::arrayWithContentsOfFile(binary), QVariantList{"a@example.org"});
+    PropertyList::Limits limits;
+    limits.maxInputBytes = 20;
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(binary, limits).isNull());
+    EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
+    // Something other than a regular file in the file's place is refused unread, and logged.
+    EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.path()).isNull());
+    EXPECT_EQ(log.lines().size(), 1);
 }
 
 TEST(PropertyListFile, BinaryElementsThatShareObjectsAreEachComplete) {

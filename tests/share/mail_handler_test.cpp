@@ -4,12 +4,12 @@
 
 // velmora-share as the desktop's mail handler: the installed desktop entry in a desktop of its
 // own, reached through xdg-email and gio open, and the defaults it does (not) become.
+#include "Process.h"
 #include "RecordingDesktop.h"
 #include "TestSupport.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QUrl>
@@ -30,23 +30,15 @@ QString inStaging(const QString& path) {
 constexpr auto kEntry = "it.zemlo.velmora.share";
 constexpr auto kMainApplication = "it.zemlo.velmora";
 
+// Output and errors together, as the tools' messages are read by a person.
 struct Ran {
     int exitCode = -1;
     QString output;
 };
 
-// Output goes to a file, not a pipe: gio open returns before the program it starts has
-// finished, and that program must not write into a pipe closed behind it.
 Ran runTool(const QString& program, const QStringList& args) {
-    QTemporaryDir dir;
-    const QString log = dir.filePath(QStringLiteral("output"));
-    QProcess p;
-    p.setProcessChannelMode(QProcess::MergedChannels);
-    p.setStandardOutputFile(log);
-    p.start(program, args);
-    if (!p.waitForFinished(60000))
-        return {};
-    return {p.exitCode(), QString::fromUtf8(readFile(log))};
+    const velmora::test::Ran ran = velmora::test::run(program, args);
+    return {ran.exitCode, ran.out + ran.err};
 }
 
 class MailHandler : public ::testing::Test {

@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: MIT
 
+#include "Process.h"
 #include "TestSupport.h"
 
 #include <QDateTime>
@@ -13,17 +14,12 @@
 #include <QUrl>
 #include <QUrlQuery>
 
-#include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <memory>
-#include <optional>
-#include <spawn.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -39,69 +35,11 @@ constexpr int kRounds = VELMORA_OVERLAP_ROUNDS;
 constexpr int kRounds = 50;
 #endif
 
-// A run of the real velmora-share, its output going to files of its own. Started with
-// posix_spawn rather than QProcess, as the test support does (see docs/development.md), so that
-// the suite runs under ThreadSanitizer too.
-class ShareProcess {
+// A run of the real velmora-share, its output going to files of its own.
+class ShareProcess : public velmora::test::Process {
 public:
-    explicit ShareProcess(const QStringList& args) {
-        std::vector<QByteArray> words{QByteArrayLiteral(VELMORA_SHARE)};
-        for (const QString& arg : args)
-            words.push_back(QFile::encodeName(arg));
-        std::vector<char*> argv;
-        for (QByteArray& word : words)
-            argv.push_back(word.data());
-        argv.push_back(nullptr);
-        const QByteArray out = QFile::encodeName(m_output.filePath(QStringLiteral("out")));
-        const QByteArray err = QFile::encodeName(m_output.filePath(QStringLiteral("err")));
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.constData(),
-                                         O_WRONLY | O_CREAT, 0600);
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.constData(),
-                                         O_WRONLY | O_CREAT, 0600);
-        if (posix_spawn(&m_pid, argv.front(), &actions, nullptr, argv.data(), environ) != 0)
-            m_pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    ~ShareProcess() {
-        if (running()) {
-            ::kill(m_pid, SIGKILL);
-            ::waitpid(m_pid, nullptr, 0);
-        }
-    }
-    ShareProcess(const ShareProcess&) = delete;
-    ShareProcess& operator=(const ShareProcess&) = delete;
-
-    pid_t pid() const { return m_pid; }
-    bool running() {
-        int status = 0;
-        if (m_pid <= 0 || m_exitCode || ::waitpid(m_pid, &status, WNOHANG) != m_pid)
-            return m_pid > 0 && !m_exitCode;
-        m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return false;
-    }
-    void terminate() const { ::kill(m_pid, SIGTERM); }
-    // Waits for the end; false when it did not end in time.
-    bool finish(int timeoutMs) {
-        const QDeadlineTimer deadline(timeoutMs);
-        while (running() && !deadline.hasExpired())
-            ::usleep(5000); // polled against the deadline
-        return !running();
-    }
-    int exitCode() const { return m_exitCode.value_or(-1); }
-    QString out() const {
-        return QString::fromUtf8(readFile(m_output.filePath(QStringLiteral("out"))));
-    }
-    QString err() const {
-        return QString::fromUtf8(readFile(m_output.filePath(QStringLiteral("err"))));
-    }
-
-private:
-    QTemporaryDir m_output;
-    pid_t m_pid = -1;
-    std::optional<int> m_exitCode;
+    explicit ShareProcess(const QStringList& args)
+        : Process(QStringLiteral(VELMORA_SHARE), args) {}
 };
 
 // The attachment paths of the one URL printed by --print-url.
@@ -110,12 +48,8 @@ QStringList printedAttachments(const QString& out) {
     EXPECT_EQ(lines.size(), 1) << out.toStdString();
     if (lines.isEmpty())
         return {};
-    const QUrlQuery query(QUrl(lines.first(), QUrl::StrictMode).query(QUrl::FullyEncoded));
-    QStringList paths;
-    for (int i = 0; query.hasQueryItem(QStringLiteral("attachment_%1").arg(i)); ++i)
-        paths.append(
-            query.queryItemValue(QStringLiteral("attachment_%1").arg(i), QUrl::FullyDecoded));
-    return paths;
+    return velmora::test::attachmentPaths(
+        QUrlQuery(QUrl(lines.first(), QUrl::StrictMode).query(QUrl::FullyEncoded)));
 }
 
 QByteArray distinctContent(const QByteArray& tag) {

@@ -6,12 +6,12 @@
 // are pipes; file names that are not UTF-8; image data that does not decode.
 
 #include "ImageSamples.h"
+#include "Process.h"
 #include "RecordingDesktop.h"
 #include "TestSupport.h"
 #include "platform/FileNames.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QUrlQuery>
 
@@ -35,28 +35,19 @@ class TrustInput : public ::testing::Test {
 protected:
     void SetUp() override { QDir().mkpath(container.dataFolder() + QStringLiteral("/Contacts")); }
 
-    // velmora-share --headless --print-url ARGS in the files folder. A last argument of raw
-    // bytes (which QProcess would re-encode) goes through the environment and a shell.
+    // velmora-share --headless --print-url ARGS in the files folder; a last argument of raw
+    // bytes reaches it as it is.
     ShareRun share(const QStringList& args, const QByteArray& in = {}, const QByteArray& raw = {}) {
-        const velmora::test::ScopedEnv rawArgument("RAW_ARGUMENT", raw);
-        QProcess p;
-        p.setWorkingDirectory(files.path());
-        p.start(QStringLiteral("/bin/sh"),
-                QStringList{QStringLiteral("-c"),
-                            QStringLiteral("exec \"$0\" \"$@\" ${RAW_ARGUMENT:+\"$RAW_ARGUMENT\"}"),
-                            QStringLiteral(VELMORA_SHARE), QStringLiteral("--headless"),
-                            QStringLiteral("--print-url")} +
-                    args);
-        p.write(in);
-        p.closeWriteChannel();
+        QList<QByteArray> words{"--headless", "--print-url"};
+        for (const QString& arg : args)
+            words.append(arg.toUtf8());
+        if (!raw.isEmpty())
+            words.append(raw);
+        velmora::test::Process p(QStringLiteral(VELMORA_SHARE), words, in, files.path());
         // A hang fails the row instead of blocking the suite.
-        const bool finished = p.waitForFinished(45000);
-        if (!finished) {
-            p.kill();
-            p.waitForFinished();
-        }
-        const QUrlQuery query(QUrl(QString::fromUtf8(p.readAllStandardOutput().trimmed())).query());
-        return {finished ? p.exitCode() : -1, QString::fromUtf8(p.readAllStandardError()),
+        const bool finished = p.finish(45000);
+        const QUrlQuery query(QUrl(p.out().trimmed()).query());
+        return {finished ? p.exitCode() : -1, p.err(),
                 query.queryItemValue(QStringLiteral("plainBody"), QUrl::FullyDecoded)};
     }
 

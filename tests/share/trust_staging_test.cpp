@@ -2,14 +2,14 @@
 //
 // SPDX-License-Identifier: MIT
 
+#include "Process.h"
 #include "RecordingDesktop.h"
 #include "TestSupport.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QUrl>
 #include <QUrlQuery>
@@ -25,10 +25,7 @@ namespace {
 
 const QString kMainApplication = QStringLiteral("it.zemlo.velmora");
 
-struct Outcome {
-    int exitCode = -1;
-    QString err;
-};
+using Outcome = velmora::test::Ran;
 
 // The real binary, headless, on a container and a desktop of its own.
 class Trust : public ::testing::Test {
@@ -38,34 +35,30 @@ protected:
     Outcome share(const QStringList& items, int copyDelayMs = 0,
                   const std::function<void()>& during = {}) {
         QDir(staging()).removeRecursively();
-        QProcess p;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        if (copyDelayMs > 0)
-            env.insert(QStringLiteral("VELMORA_TEST_COPY_DELAY_MS"), QString::number(copyDelayMs));
-        p.setProcessEnvironment(env);
-        p.start(QStringLiteral(VELMORA_SHARE), QStringList{QStringLiteral("--headless")} + items);
+        const velmora::test::ScopedEnv delay("VELMORA_TEST_COPY_DELAY_MS",
+                                             copyDelayMs > 0 ? QByteArray::number(copyDelayMs)
+                                                             : QByteArray());
+        velmora::test::Process p(QStringLiteral(VELMORA_SHARE),
+                                 QStringList{QStringLiteral("--headless")} + items);
         if (during) {
-            QElapsedTimer timer;
-            timer.start();
-            while (ownFolder().isNull() && timer.elapsed() < 30000)
-                p.waitForFinished(10);
+            const QDeadlineTimer deadline(30000);
+            while (ownFolder().isNull() && !deadline.hasExpired() && p.running())
+                ::usleep(10000); // polled against the deadline
             during();
         }
-        if (!p.waitForFinished(120000))
+        if (!p.finish(120000))
             return {};
-        return {p.exitCode(), QString::fromUtf8(p.readAllStandardError())};
+        return {p.exitCode(), p.out(), p.err()};
     }
     // The staged names the one launch's URL carries.
     QStringList attachedNames() {
         const QStringList urls = desktop.takeArguments(kMainApplication);
         if (urls.size() != 1)
             return {QStringLiteral("launches: %1").arg(urls.size())};
-        const QUrlQuery query(QUrl(urls.first()).query(QUrl::FullyEncoded));
         QStringList names;
-        for (int i = 0; query.hasQueryItem(QStringLiteral("attachment_%1").arg(i)); ++i)
-            names.append(QFileInfo(query.queryItemValue(QStringLiteral("attachment_%1").arg(i),
-                                                        QUrl::FullyDecoded))
-                             .fileName());
+        for (const QString& staged : velmora::test::attachmentPaths(
+                 QUrlQuery(QUrl(urls.first()).query(QUrl::FullyEncoded))))
+            names.append(QFileInfo(staged).fileName());
         names.sort();
         return names;
     }

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QTemporaryDir>
+#include <QUrlQuery>
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -49,6 +50,9 @@ private:
 
 QByteArray readFile(const QString& path);
 void writeFile(const QString& path, const QByteArray& bytes);
+
+// The attachment paths a send URL's query names (attachment_0, attachment_1, ...), in order.
+QStringList attachmentPaths(const QUrlQuery& query);
 
 // Runs python3 with the script and arguments; fails the current test when it does not exit 0.
 // Returns false when no python3 is available (the caller skips).

@@ -7,6 +7,7 @@
 #include "views/FlippedView.h"
 #include "views/SynchronousSheet.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QMessageBox>
 #include <QPushButton>
@@ -14,6 +15,7 @@
 #include <QTimer>
 
 #include <atomic>
+#include <functional>
 #include <thread>
 
 using namespace velmora;
@@ -83,48 +85,45 @@ struct Alert {
     }
 };
 
-TEST(SynchronousSheet, ReturnsTheCodeOfThePressedButtonAndReleasesTheWindow) {
+// Each way of running the sheet: for a given window, for the active one, and called from a
+// worker while the main thread keeps its event loop running, as the call requires.
+TEST(SynchronousSheet, ReturnsTheCodeOfThePressedButtonAndBlocksTheWindowMeanwhile) {
     Window window;
-    for (const int index : {0, 1}) {
-        SCOPED_TRACE(index);
+    const auto offMainThread = [&](QMessageBox& box) {
+        std::atomic<int> code = 0;
+        std::thread worker([&] { code = runModalSheetForWindow(box, &window.widget); });
+        const bool answered = QTest::qWaitFor([&] { return code != 0; }, 10000);
+        worker.join();
+        EXPECT_TRUE(answered);
+        return code.load();
+    };
+    const auto forWindow = [&](QMessageBox& box) {
+        return runModalSheetForWindow(box, &window.widget);
+    };
+    const struct {
+        const char* name;
+        bool send;
+        std::function<int(QMessageBox&)> run;
+    } ways[] = {
+        {"cancel_for_window", false, forWindow},
+        {"send_for_window", true, forWindow},
+        {"send_for_active_window", true, [](QMessageBox& box) { return runModalSheet(box); }},
+        {"cancel_off_main_thread", false, offMainThread},
+    };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(way.name);
+        QApplication::setActiveWindow(&window.widget);
         Alert alert;
         std::atomic<int> clicksWhileShown = -1;
-        QAbstractButton* pressed = index == 0 ? alert.cancel : alert.send;
-        pressWhenShown(alert.box, pressed, window, clicksWhileShown);
+        pressWhenShown(alert.box, way.send ? alert.send : alert.cancel, window, clicksWhileShown);
         const int before = window.ownClicks;
-        EXPECT_EQ(runModalSheetForWindow(alert.box, &window.widget), 1000 + index);
+        EXPECT_EQ(way.run(alert.box), way.send ? 1001 : 1000);
         EXPECT_EQ(clicksWhileShown, before) << "the window took input while the sheet was shown";
         EXPECT_FALSE(alert.box.isVisible());
         EXPECT_EQ(alert.box.parentWidget(), nullptr);
         window.clickOwn();
         EXPECT_EQ(window.ownClicks, before + 1);
     }
-}
-
-TEST(SynchronousSheet, RunModalSheetUsesTheActiveWindow) {
-    Window window;
-    QApplication::setActiveWindow(&window.widget);
-    Alert alert;
-    std::atomic<int> clicksWhileShown = -1;
-    pressWhenShown(alert.box, alert.send, window, clicksWhileShown);
-    EXPECT_EQ(runModalSheet(alert.box), 1001);
-    EXPECT_EQ(clicksWhileShown, 0);
-}
-
-TEST(SynchronousSheet, CalledOffTheMainThreadShowsAndHidesOnIt) {
-    Window window;
-    Alert alert;
-    std::atomic<int> clicksWhileShown = -1;
-    pressWhenShown(alert.box, alert.cancel, window, clicksWhileShown);
-    std::atomic<int> code = 0;
-    std::thread worker([&] { code = runModalSheetForWindow(alert.box, &window.widget); });
-    // The main thread keeps its event loop running, as the call requires.
-    const bool answered = QTest::qWaitFor([&] { return code != 0; }, 10000);
-    worker.join();
-    ASSERT_TRUE(answered);
-    EXPECT_EQ(code, 1000);
-    EXPECT_EQ(clicksWhileShown, 0);
-    EXPECT_FALSE(alert.box.isVisible());
 }
 
 TEST(SynchronousSheet, ClosingTheSheetWithoutAButtonAborts) {
