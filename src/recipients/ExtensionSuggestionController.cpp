@@ -10,17 +10,12 @@
 #include "recipients/TableViewZemlo.h"
 #include "views/FlippedView.h"
 
-#include <QGraphicsDropShadowEffect>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOption>
 #include <QVBoxLayout>
 
 namespace velmora {
-
-namespace {
-constexpr qreal kShadowBlur = 12;
-} // namespace
 
 ExtensionSuggestionController::ExtensionSuggestionController(const QRect& frame, QObject* parent)
     : ViewController(parent)
@@ -46,16 +41,10 @@ void ExtensionSuggestionController::loadView() {
 
     auto* root = new FlippedView(m_frame);
     setView(root);
-    // A soft shadow under the list and the style's pop-up frame over its edges set it apart from
-    // whatever lies beneath (a thumbnail, the body's text). The frame is drawn over the list's
-    // outermost pixels, so the list keeps its whole height for rows.
-    auto* shadow = new QGraphicsDropShadowEffect(root);
-    shadow->setBlurRadius(kShadowBlur);
-    shadow->setOffset(0, 2);
-    QColor shade = root->palette().color(QPalette::Shadow);
-    shade.setAlphaF(0.35f);
-    shadow->setColor(shade);
-    root->setGraphicsEffect(shadow);
+    // The style's pop-up frame over the list's edges sets it apart from whatever lies beneath (a
+    // thumbnail, the body's text). It is drawn over the list's outermost pixels, so the list keeps
+    // its whole height for rows. No blurred shadow: a graphics effect renders the list into an
+    // image and blurs it on every paint, work Qt spreads over its own thread pool.
     // The list fills the panel and follows its size.
     auto* layout = new QVBoxLayout(root);
     layout->setContentsMargins(0, 0, 0, 0);
