@@ -38,9 +38,9 @@ QByteArray dict(std::initializer_list<int> keys, std::initializer_list<int> valu
 struct Trailer {
     int offsetSize = 2;
     int refSize = 1;
-    std::optional<quint64> objectCount; // the number of objects given when unset
+    std::optional<quint64> objectCount = {}; // the number of objects given when unset
     quint64 topObject = 0;
-    std::optional<quint64> tableOffset; // where the table really is when unset
+    std::optional<quint64> tableOffset = {}; // where the table really is when unset
 };
 
 // The file: header, objects in order, offset table and trailer.
