@@ -4,9 +4,6 @@
 
 #include "PlistTestSupport.h"
 
-#include <QDateTime>
-#include <QtEndian>
-
 #include <bit>
 #include <cmath>
 
@@ -91,12 +88,6 @@ QByteArray integer(qint64 value) {
 
 QByteArray ascii(const QByteArray& text) {
     return head(0x5, quint64(text.size())) + text;
-}
-
-QByteArray utf16(const QString& text) {
-    QByteArray units(text.size() * 2, '\0');
-    qToBigEndian<char16_t>(text.utf16(), text.size(), units.data());
-    return head(0x6, quint64(text.size())) + units;
 }
 
 QByteArray real(double value) {
