@@ -4,60 +4,51 @@
 
 #include "PlistTestSupport.h"
 
+#include <QStringList>
+
 #include <bit>
-#include <cmath>
 
 namespace velmora::test {
 
 namespace {
 
-QString show(const QVariant& v) {
-    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(v.typeName()), v.toString());
-}
-
-QString mismatch(const QVariant& actual, const QVariant& expected, const QString& path) {
-    const int type = expected.typeId();
-    if (actual.typeId() != type)
-        return path + QStringLiteral(": ") + show(actual) + QStringLiteral(" is not ") +
-               show(expected);
-    if (type == QMetaType::QVariantList || type == QMetaType::QVariantMap) {
-        // A list is compared as a map from indexes, so one loop serves both.
-        QVariantMap a = actual.toMap(), e = expected.toMap();
-        if (type == QMetaType::QVariantList) {
-            a.clear();
-            e.clear();
-            for (const QVariant& item : actual.toList())
-                a.insert(QStringLiteral("[%1]").arg(a.size(), 6, 10, QLatin1Char('0')), item);
-            for (const QVariant& item : expected.toList())
-                e.insert(QStringLiteral("[%1]").arg(e.size(), 6, 10, QLatin1Char('0')), item);
-        }
-        if (a.keys() != e.keys())
-            return path + QStringLiteral(": keys ") + a.keys().join(u',') +
-                   QStringLiteral(" not ") + e.keys().join(u',');
-        for (auto it = e.cbegin(); it != e.cend(); ++it) {
-            const QString m = mismatch(a.value(it.key()), it.value(), path + u'/' + it.key());
-            if (!m.isEmpty())
-                return m;
-        }
-        return {};
+// The value as text that tells kinds apart: 5 (qint64) from 5u (quint64), a null string from an
+// empty one, and NaN the same as NaN.
+QString shown(const QVariant& v) {
+    QStringList items;
+    switch (v.typeId()) {
+    case QMetaType::QVariantList:
+        for (const QVariant& item : v.toList())
+            items.append(shown(item));
+        return u'[' + items.join(u',') + u']';
+    case QMetaType::QVariantMap: {
+        const QVariantMap map = v.toMap();
+        for (auto it = map.cbegin(); it != map.cend(); ++it)
+            items.append(it.key() + u'=' + shown(it.value()));
+        return u'{' + items.join(u',') + u'}';
     }
-    if (type == QMetaType::Double && std::isnan(expected.toDouble()) &&
-        std::isnan(actual.toDouble()))
-        return {};
-    if (type == QMetaType::QString && actual.toString().isNull() != expected.toString().isNull())
-        return path + QStringLiteral(": null and empty strings differ");
-    if (actual != expected)
-        return path + QStringLiteral(": ") + show(actual) + QStringLiteral(" != ") + show(expected);
-    return {};
+    case QMetaType::QByteArray:
+        return QStringLiteral("data(%1)").arg(QString::fromLatin1(v.toByteArray().toHex()));
+    case QMetaType::Double:
+        return QStringLiteral("double(%1)").arg(v.toDouble(), 0, 'g', 17);
+    case QMetaType::QString:
+        if (v.toString().isNull())
+            return QStringLiteral("null string");
+        break;
+    default:
+        break;
+    }
+    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(v.typeName()), v.toString());
 }
 
 } // namespace
 
 ::testing::AssertionResult sameValue(const QVariant& actual, const QVariant& expected) {
-    const QString m = mismatch(actual, expected, QStringLiteral("root"));
-    if (m.isEmpty())
+    const QString a = shown(actual);
+    const QString e = shown(expected);
+    if (a == e)
         return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << m.toStdString();
+    return ::testing::AssertionFailure() << a.toStdString() << "\nis not\n" << e.toStdString();
 }
 
 namespace bplist {
