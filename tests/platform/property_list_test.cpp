@@ -195,7 +195,6 @@ TEST(PropertyList, MalformedInputGivesNullAndSaysWhy) {
         {"count_not_integer", file({bytes({0x5F, 0x23}) + QByteArray(8, 0)}), "count"},
         {"count_beyond_file", file({head(0x4, quint64(1) << 40)}), "impossible"},
         {"null_marker", file({bytes({0x00})}), "0x00"},
-        {"fill_marker", file({bytes({0x0F})}), "0x0f"},
         {"utf8_marker", file({bytes({0x71, 'a'})}), "0x71"},
         {"real_of_one_byte", file({bytes({0x20, 0})}), "0x20"},
         {"integer_of_32_bytes", file({bytes({0x15}) + QByteArray(32, 0)}), "2^5"},
