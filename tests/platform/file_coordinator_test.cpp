@@ -44,28 +44,24 @@ TEST(FileCoordinator, AccessorsOfOneItemNeverOverlap) {
     EXPECT_TRUE(QFileInfo::exists(dir.path() + QStringLiteral("/.ShareFull.lock")));
 }
 
-TEST(FileCoordinator, LockIsReleasedWhenTheAccessorThrows) {
+// A missing item or an unusable folder is an error and the accessor does not run; an accessor
+// that throws lets go of the lock.
+TEST(FileCoordinator, ErrorsLeaveTheAccessorUnrunAndAThrowReleasesTheLock) {
     QTemporaryDir dir;
-    const QString item = dir.path() + QStringLiteral("/Accounts.plist");
-    EXPECT_THROW(FileCoordinator::coordinateWritingItemAtPath(
-                     item, [](const QString&) { throw std::runtime_error("boom"); }),
-                 std::runtime_error);
+    velmora::test::writeFile(dir.filePath(QStringLiteral("file")), "x");
     bool ran = false;
-    EXPECT_FALSE(
-        FileCoordinator::coordinateWritingItemAtPath(item, [&](const QString&) { ran = true; }));
-    EXPECT_TRUE(ran);
-}
-
-TEST(FileCoordinator, MissingItemOrUnusableFolderIsAnErrorAndTheAccessorDoesNotRun) {
-    QTemporaryDir dir;
-    velmora::test::writeFile(dir.path() + QStringLiteral("/file"), "x");
-    bool ran = false;
-    const auto noContainer = FileCoordinator::coordinateWritingItemAtPath(
-        QString(), [&](const QString&) { ran = true; });
+    auto accessor = [&](const QString&) { ran = true; };
+    EXPECT_TRUE(FileCoordinator::coordinateWritingItemAtPath(QString(), accessor).has_value());
     const auto underFile = FileCoordinator::coordinateWritingItemAtPath(
-        dir.path() + QStringLiteral("/file/ShareFull"), [&](const QString&) { ran = true; });
-    EXPECT_TRUE(noContainer.has_value());
+        dir.filePath(QStringLiteral("file/ShareFull")), accessor);
     ASSERT_TRUE(underFile.has_value());
     EXPECT_FALSE(underFile->text().isEmpty());
     EXPECT_FALSE(ran);
+
+    const QString item = dir.filePath(QStringLiteral("Accounts.plist"));
+    EXPECT_THROW(FileCoordinator::coordinateWritingItemAtPath(
+                     item, [](const QString&) { throw std::runtime_error("boom"); }),
+                 std::runtime_error);
+    EXPECT_FALSE(FileCoordinator::coordinateWritingItemAtPath(item, accessor));
+    EXPECT_TRUE(ran);
 }
