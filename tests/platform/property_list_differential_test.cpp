@@ -29,28 +29,22 @@ public:
     Tree tree(int depth) {
         if (depth > 4 || below(10) < 3)
             return scalar();
-        Tree t;
-        if (below(2)) {
-            QVariantList list;
-            t.node = plist_new_array();
-            for (int n = below(6); n > 0; --n) {
-                const Tree item = tree(depth + 1);
+        const bool isList = below(2);
+        const plist_t node = isList ? plist_new_array() : plist_new_dict();
+        QVariantList list;
+        QVariantMap map;
+        for (int n = below(6); n > 0; --n) {
+            const QString key = text();
+            const Tree item = tree(depth + 1);
+            if (isList) {
                 list.append(item.value);
-                plist_array_append_item(t.node, item.node);
-            }
-            t.value = list;
-        } else {
-            QVariantMap map;
-            t.node = plist_new_dict();
-            for (int n = below(6); n > 0; --n) {
-                const QString key = text();
-                const Tree item = tree(depth + 1);
+                plist_array_append_item(node, item.node);
+            } else {
                 map.insert(key, item.value);
-                plist_dict_set_item(t.node, key.toUtf8().constData(), item.node);
+                plist_dict_set_item(node, key.toUtf8().constData(), item.node);
             }
-            t.value = map;
         }
-        return t;
+        return {isList ? QVariant(list) : QVariant(map), node};
     }
 
 private:
