@@ -28,14 +28,6 @@ QByteArray xmlPlist(const QByteArray& body) {
            body + "</plist>\n";
 }
 
-QVariant i64(qint64 v) {
-    return QVariant(v);
-}
-
-QVariant u64(quint64 v) {
-    return QVariant(v);
-}
-
 constexpr qint64 kMin = std::numeric_limits<qint64>::min();
 constexpr qint64 kMax = std::numeric_limits<qint64>::max();
 
@@ -63,7 +55,7 @@ TEST(PropertyList, ReadsTheSameValueInBothFormats) {
          "<array><integer>-42</integer><integer>+7</integer><integer> -0 </integer>"
          "<integer>0x1F</integer><integer>-0X10</integer></array>",
          {},
-         QVariantList{i64(-42), i64(7), i64(0), i64(31), i64(-16)}},
+         QVariantList{qint64(-42), qint64(7), qint64(0), qint64(31), qint64(-16)}},
         // Above the signed range an integer is unsigned; binary integers of 16 bytes are signed.
         {"integer_limits",
          "<array><integer>9223372036854775807</integer><integer>-9223372036854775808</integer>"
@@ -71,11 +63,11 @@ TEST(PropertyList, ReadsTheSameValueInBothFormats) {
          {array({1, 2, 3, 4}), integer(kMax), integer(kMin),
           bytes({0x14}) + bigEndian(0, 8) + bigEndian(quint64(1) << 63, 8),
           bytes({0x14}) + bigEndian(0, 8) + QByteArray(8, '\xFF')},
-         QVariantList{i64(kMax), i64(kMin), u64(quint64(1) << 63), u64(~quint64(0))}},
+         QVariantList{kMax, kMin, quint64(1) << 63, ~quint64(0)}},
         {"integer_16_bytes_negative",
          {},
          {bytes({0x14}) + QByteArray(15, '\xFF') + '\xFE'},
-         i64(-2)},
+         qint64(-2)},
         {"reals_short_forms_and_single_precision",
          "<array><real>1.5</real><real>-2.5e-3</real><real>.5</real></array>",
          {array({1, 2, 3}), bytes({0x22, 0x3F, 0xC0, 0, 0}), real(-0.0025), real(0.5)},
@@ -91,12 +83,12 @@ TEST(PropertyList, ReadsTheSameValueInBothFormats) {
         {"uid_8_bytes",
          {},
          {bytes({0x87, 0, 0, 1, 0, 0, 0, 0, 0})},
-         QVariantMap{{"CF$UID", i64(qint64(1) << 40)}}},
+         QVariantMap{{"CF$UID", qint64(1) << 40}}},
         {"dictionary_later_duplicate_wins",
          "<dict><key>k</key><integer>1</integer><key></key><dict/><key>k</key><integer>2</integer>"
          "</dict>",
          {dict({1, 2, 1}, {3, 4, 5}), ascii("k"), ascii(""), integer(1), dict({}, {}), integer(2)},
-         QVariantMap{{"k", i64(2)}, {"", QVariantMap{}}}},
+         QVariantMap{{"k", qint64(2)}, {"", QVariantMap{}}}},
         {"set_is_a_list",
          {},
          {array({1, 2}, 0xC), array({}), ascii("")},
