@@ -78,21 +78,6 @@ TEST_F(RecipientsTest, ASingleClickTakesARowAndADoubleClickTakesItOnce) {
     EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 0);
 }
 
-TEST_F(RecipientsTest, AnEmptyResultHidesTheListUntilTheNextResult) {
-    typeAndWait(QStringLiteral("ann"), 3);
-    QTest::keyClick(host->field, Qt::Key_X);
-    ASSERT_TRUE(host->waitForRows(0));
-    EXPECT_FALSE(host->controller->visible());
-    EXPECT_FALSE(host->controller->view()->isVisible());
-    // Shown again at the field's new place.
-    host->field->move(20, 100);
-    QTest::keyClick(host->field, Qt::Key_Backspace);
-    QTest::keyClick(host->field, Qt::Key_I);
-    ASSERT_TRUE(host->waitForRows(1));
-    EXPECT_TRUE(host->controller->view()->isVisible());
-    EXPECT_EQ(host->controller->view()->geometry(), QRect(20, 131, 560, 200));
-}
-
 TEST_F(RecipientsTest, SelectionHelpersCalledFromAnotherThreadRunOnTheMainThread) {
     typeAndWait(QStringLiteral("bulk"), 30);
     QTableView* table = host->controller->table();

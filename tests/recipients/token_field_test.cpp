@@ -60,7 +60,10 @@ TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
     EXPECT_FALSE(host->controller->visible());
 }
 
-TEST_F(RecipientsTest, EscapeClosesTheListReturnIsAlwaysConsumedAndOtherKeysGoOn) {
+// Escape closes the list; Return is consumed even without a suggestion; other keys go on to
+// the window. An empty result hides the list, the next one shows it at the field's new place;
+// a Backspace filters again only a quarter second later.
+TEST_F(RecipientsTest, EscapeReturnAndBackspaceKeepTheListInStepWithTheText) {
     typeAndWait(QStringLiteral("ann"), 3);
     QTest::keyClick(host->field, Qt::Key_Escape);
     EXPECT_FALSE(host->controller->view()->isVisible());
@@ -70,21 +73,25 @@ TEST_F(RecipientsTest, EscapeClosesTheListReturnIsAlwaysConsumedAndOtherKeysGoOn
     EXPECT_EQ(host->keysSeen, QList<int>{Qt::Key_F5});
     EXPECT_EQ(host->manageCalls, 1);
 
-    // Return without a suggestion: nothing replaced and nothing committed, but handled, so the
-    // window never sees the key; the empty result hides the list again.
     QTest::keyClicks(host->field, QStringLiteral("zzz"));
     QTest::keyClick(host->field, Qt::Key_Return);
     EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("annzzz")});
     EXPECT_EQ(host->manageCalls, 2);
     EXPECT_EQ(host->keysSeen, QList<int>{Qt::Key_F5});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !host->controller->visible(); }, 5000));
-}
+    ASSERT_TRUE(host->waitForRows(0));
+    EXPECT_FALSE(host->controller->visible());
+    EXPECT_FALSE(host->controller->view()->isVisible());
 
-TEST_F(RecipientsTest, BackspaceFiltersAgainAQuarterSecondLater) {
-    typeAndWait(QStringLiteral("anni"), 1);
+    host->field->move(20, 100);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(host->field, Qt::Key_Backspace);
+    typeAndWait(QStringLiteral("i"), 1);
+    EXPECT_EQ(host->controller->view()->geometry(), QRect(20, 131, 560, 200));
+
+    const int calls = host->manageCalls;
     QTest::keyClick(host->field, Qt::Key_Backspace);
     EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("ann")});
-    EXPECT_EQ(host->manageCalls, 1);
+    EXPECT_EQ(host->manageCalls, calls + 1);
     // Not at once: the list still shows what "anni" found.
     EXPECT_EQ(host->controller->GetArray().size(), 1);
     EXPECT_TRUE(host->waitForRows(3));
