@@ -5,8 +5,7 @@
 #include "RecipientsHost.h"
 #include "platform/FileCoordinator.h"
 
-#include <condition_variable>
-#include <mutex>
+#include <future>
 #include <thread>
 
 using namespace velmora;
@@ -20,30 +19,20 @@ public:
     explicit HeldLock(const QString& folder)
         : m_thread([this, folder] {
             FileCoordinator::coordinateWritingItemAtPath(folder, [this](const QString&) {
-                std::unique_lock lock(m_mutex);
-                m_held = true;
-                m_changed.notify_all();
-                m_changed.wait(lock, [this] { return m_released; });
+                m_held.set_value();
+                m_released.get_future().wait();
             });
         }) {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_held; });
+        m_held.get_future().wait();
     }
     ~HeldLock() {
-        release();
+        m_released.set_value();
         m_thread.join();
-    }
-    void release() {
-        const std::lock_guard lock(m_mutex);
-        m_released = true;
-        m_changed.notify_all();
     }
 
 private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_held = false;
-    bool m_released = false;
+    std::promise<void> m_held;
+    std::promise<void> m_released;
     std::thread m_thread;
 };
 

@@ -4,7 +4,6 @@
 
 #include "RecipientsHost.h"
 #include "recipients/ExtensionSuggestionCellView.h"
-#include "recipients/ExtensionSuggestionRowView.h"
 #include "recipients/ExtensionSuggestionTableView.h"
 #include "recipients/TableViewZemlo.h"
 
@@ -98,42 +97,6 @@ TEST_F(RecipientsTest, SelectionHelpersCalledFromAnotherThreadRunOnTheMainThread
     EXPECT_EQ(TableViewZemlo::minSelectedRow(table), 29);
     TableViewZemlo::SelectRow(table, -5);
     EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 0);
-}
-
-TEST_F(RecipientsTest, RendersThreeTokensAndTheOpenList) {
-    const auto& contacts = host->controller->addresses();
-    host->field->setObjectValue({contacts[1], contacts[0], contacts[2]});
-    typeAndWait(QStringLiteral("ann"), 3);
-    // The painter's own format: no conversion, which Qt would spread over worker threads.
-    QImage image(host->size(), QImage::Format_ARGB32_Premultiplied);
-    host->render(&image);
-    const QString path = QStringLiteral(VELMORA_RENDER_DIR "/recipients.png");
-    EXPECT_TRUE(image.save(path)) << path.toStdString();
-
-    // The list: white rows, the first one highlighted.
-    QTableView* table = host->controller->table();
-    const QPoint firstRow =
-        table->viewport()->mapTo(host.get(),
-                                 table->visualRect(table->model()->index(0, 0)).topRight()) +
-        QPoint(-20, 11);
-    EXPECT_EQ(image.pixelColor(firstRow).name(),
-              ExtensionSuggestionRowView::selectionColor(table->palette()).name());
-    EXPECT_EQ(image.pixelColor(300, 71 + 22 * 3 + 30), table->palette().color(QPalette::Base));
-    // Across the field's middle: three token boxes, apart from each other, then the typed
-    // text's glyphs and the caret, all far narrower than a box.
-    const QColor window = host->palette().color(QPalette::Window);
-    QList<int> runs;
-    int run = 0;
-    for (int x = 20; x < 580; ++x) {
-        if (image.pixelColor(x, 40 + 13) != window) {
-            ++run;
-        } else if (run > 0) {
-            runs.append(run);
-            run = 0;
-        }
-    }
-    const auto wide = std::count_if(runs.begin(), runs.end(), [](int r) { return r > 40; });
-    EXPECT_EQ(wide, 3) << "runs of painted pixels: " << runs.size();
 }
 
 } // namespace
