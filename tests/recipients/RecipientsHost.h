@@ -49,6 +49,10 @@ protected:
 class RecipientsTest : public ::testing::Test {
 protected:
     void SetUp() override;
+    // Writes the contacts; skips the test where property lists cannot be written.
+    void writeContacts();
+    // Shows the stand-in composer, active, with the focus in the To field.
+    void showHost();
     void typeAndWait(const QString& text, int rows);
 
     TempContainer container;

@@ -16,30 +16,20 @@ namespace {
 
 const QString kAnnie = QStringLiteral("Annie Hall <annie@y.test>");
 const QString kAnn = QStringLiteral("Ann Smith <ann.smith@x.test>");
-const QString kHannah = QStringLiteral("<hannah@w.test>");
 
-TEST_F(RecipientsTest, TypingShowsTheRankedMatchesBelowTheField) {
+TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
     EXPECT_FALSE(host->controller->visible());
     typeAndWait(QStringLiteral("ANN"), 3);
-    EXPECT_TRUE(host->controller->visible());
     EXPECT_EQ(host->rowTexts(),
               (QStringList{kAnnie + QStringLiteral("(9)"), kAnn + QStringLiteral("(3)"),
-                           kHannah + QStringLiteral("(1)")}));
-    EXPECT_EQ(host->controller->tokenField(), host->field);
+                           QStringLiteral("<hannah@w.test>(1)")}));
     // A panel of the window, 5 below the field, as wide as it, 200 high, above the subject.
     FlippedView* popup = host->controller->view();
-    EXPECT_EQ(popup->parentWidget(), host.get());
-    EXPECT_TRUE(popup->isVisible());
     EXPECT_EQ(popup->geometry(), QRect(20, 40 + 26 + 5, 560, 200));
     EXPECT_TRUE(popup->isAncestorOf(host->childAt(QPoint(100, 90))));
-    EXPECT_EQ(TableViewZemlo::maxSelectedRow(host->controller->table()), 0);
     // Typing is not a command: the composer hears of nothing yet.
     EXPECT_EQ(host->manageCalls, 0);
-    EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("ANN")});
-}
 
-TEST_F(RecipientsTest, UpAndDownStopAtTheEndsAndReturnOrTabTakesTheSelection) {
-    typeAndWait(QStringLiteral("ann"), 3);
     QTableView* table = host->controller->table();
     QTest::keyClick(host->field, Qt::Key_Up);
     EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 0);
@@ -54,8 +44,7 @@ TEST_F(RecipientsTest, UpAndDownStopAtTheEndsAndReturnOrTabTakesTheSelection) {
     EXPECT_EQ(host->tokens(), QStringList{u'[' + kAnn + u']'});
     const auto taken = std::get<std::shared_ptr<ExtensionAddress>>(host->field->objectValue()[0]);
     EXPECT_EQ(taken, host->controller->addresses()[0]); // the contact itself, not a copy
-    EXPECT_FALSE(host->controller->visible());
-    EXPECT_FALSE(host->controller->view()->isVisible());
+    EXPECT_FALSE(popup->isVisible());
     EXPECT_EQ(host->manageCalls, 1);
     EXPECT_TRUE(host->keysSeen.isEmpty());
 
@@ -71,10 +60,12 @@ TEST_F(RecipientsTest, UpAndDownStopAtTheEndsAndReturnOrTabTakesTheSelection) {
     EXPECT_FALSE(host->controller->visible());
 }
 
-TEST_F(RecipientsTest, EscapeClosesTheListReturnIsAlwaysConsumedAndOtherKeysGoOn) {
+// Escape closes the list; Return is consumed even without a suggestion; other keys go on to
+// the window. An empty result hides the list, the next one shows it at the field's new place;
+// a Backspace filters again only a quarter second later.
+TEST_F(RecipientsTest, EscapeReturnAndBackspaceKeepTheListInStepWithTheText) {
     typeAndWait(QStringLiteral("ann"), 3);
     QTest::keyClick(host->field, Qt::Key_Escape);
-    EXPECT_FALSE(host->controller->visible());
     EXPECT_FALSE(host->controller->view()->isVisible());
     EXPECT_EQ(host->manageCalls, 0);
     // A key bound to no command is left to the window, after telling the composer.
@@ -82,96 +73,77 @@ TEST_F(RecipientsTest, EscapeClosesTheListReturnIsAlwaysConsumedAndOtherKeysGoOn
     EXPECT_EQ(host->keysSeen, QList<int>{Qt::Key_F5});
     EXPECT_EQ(host->manageCalls, 1);
 
-    // Return without a suggestion: nothing replaced and nothing committed, but handled, so the
-    // window never sees the key; the empty result hides the list again.
     QTest::keyClicks(host->field, QStringLiteral("zzz"));
     QTest::keyClick(host->field, Qt::Key_Return);
     EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("annzzz")});
     EXPECT_EQ(host->manageCalls, 2);
     EXPECT_EQ(host->keysSeen, QList<int>{Qt::Key_F5});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !host->controller->visible(); }, 5000));
-}
+    ASSERT_TRUE(host->waitForRows(0));
+    EXPECT_FALSE(host->controller->visible());
+    EXPECT_FALSE(host->controller->view()->isVisible());
 
-TEST_F(RecipientsTest, BackspaceFiltersAgainAQuarterSecondLater) {
-    typeAndWait(QStringLiteral("anni"), 1);
+    host->field->move(20, 100);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(host->field, Qt::Key_Backspace);
+    typeAndWait(QStringLiteral("i"), 1);
+    EXPECT_EQ(host->controller->view()->geometry(), QRect(20, 131, 560, 200));
+
+    const int calls = host->manageCalls;
     QTest::keyClick(host->field, Qt::Key_Backspace);
     EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("ann")});
-    EXPECT_EQ(host->manageCalls, 1);
+    EXPECT_EQ(host->manageCalls, calls + 1);
     // Not at once: the list still shows what "anni" found.
     EXPECT_EQ(host->controller->GetArray().size(), 1);
     EXPECT_TRUE(host->waitForRows(3));
 }
 
-TEST_F(RecipientsTest, PastedTextIsSplitIntoAddresses) {
+// Pasting splits into addresses (the splitting's own rules have a table of their own), copying
+// copies what the tokens show, a comma commits typed text and so does leaving the field.
+TEST_F(RecipientsTest, PasteCommaAndLeavingTheFieldCommitAddressesAndCopyCopiesTheirText) {
     QGuiApplication::clipboard()->setText(QStringLiteral("a@x.test;b@y.test"));
     QTest::keyClick(host->field, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(host->tokens(),
               (QStringList{QStringLiteral("[<a@x.test>]"), QStringLiteral("[<b@y.test>]")}));
     EXPECT_EQ(host->manageCalls, 1);
-
-    // With both a comma and a semicolon, only the commas separate.
-    QGuiApplication::clipboard()->setText(QStringLiteral("c@x.test;d , e@z.test"));
-    QTest::keyClick(host->field, Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(host->tokens().mid(2),
-              (QStringList{QStringLiteral("[<c@x.test;d>]"), QStringLiteral("[<e@z.test>]")}));
-
-    // Copying tokens copies what they show.
     QTest::keyClick(host->field, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(host->field, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(),
-              QStringLiteral("<a@x.test>, <b@y.test>, <c@x.test;d>, <e@z.test>"));
-}
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("<a@x.test>, <b@y.test>"));
 
-TEST_F(RecipientsTest, CommaCommitsTypedTextExceptAKnownContactsExactMail) {
+    // A known contact's exact mail is no new address; the same mail in another case is.
+    host->field->setObjectValue({});
     QTest::keyClicks(host->field, QStringLiteral("known@x.test,"));
     EXPECT_TRUE(host->tokens().isEmpty());
     QTest::keyClicks(host->field, QStringLiteral("Known@x.test,"));
-    EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("[<Known@x.test>]")});
     // A comma with nothing typed before it commits nothing.
     QTest::keyClicks(host->field, QStringLiteral(","));
-    EXPECT_EQ(host->tokens().size(), 1);
-    // Leaving the field commits what is still typed.
     QTest::keyClicks(host->field, QStringLiteral("late@x.test"));
     host->subject->setFocus(Qt::TabFocusReason);
     EXPECT_EQ(host->tokens(),
               (QStringList{QStringLiteral("[<Known@x.test>]"), QStringLiteral("[<late@x.test>]")}));
 }
 
-TEST_F(RecipientsTest, TokensAreDeletedWholeAndEditedAsText) {
-    auto typed = std::make_shared<ExtensionAddress>();
-    typed->setMail(QStringLiteral("a@x.test"));
-    host->field->setObjectValue({typed, QStringLiteral("x")});
-    QTest::keyClick(host->field, Qt::Key_Left);
-    QTest::keyClick(host->field, Qt::Key_Backspace);
-    EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("x")});
-
-    host->field->setObjectValue({host->controller->addresses()[0]});
-    QTest::mouseDClick(host->field, Qt::LeftButton, {}, QPoint(30, 13));
-    EXPECT_EQ(host->tokens(), QStringList{kAnn}); // text now, in its display form
-}
-
-TEST_F(RecipientsTest, TheTokenUnderTheCaretIsTheOneReplaced) {
+// Return puts the list's selected row in place of the token under the caret, an address as
+// well as typed text; a double click turns a token back into text in its display form.
+TEST_F(RecipientsTest, TheTokenUnderTheCaretIsTheOneReplacedOrEditedAsText) {
     typeAndWait(QStringLiteral("annie"), 1);
     QTest::keyClick(host->field, Qt::Key_Return);
     QTest::keyClicks(host->field, QStringLiteral("jo"));
-    EXPECT_EQ(host->tokens(), (QStringList{u'[' + kAnnie + u']', QStringLiteral("jo")}));
-    // Caret between j and o: the text token; right after the address: the address.
     QTest::keyClick(host->field, Qt::Key_Left);
     EXPECT_EQ(host->field->tokenIndex(host->field->fieldEditor()), 1);
     QTest::keyClick(host->field, Qt::Key_Left);
     EXPECT_EQ(host->field->tokenIndex(host->field->fieldEditor()), 0);
-    // Return puts the list's selected row in place of the token under the caret, here the
-    // address.
     host->controller->populateSuggestion(host->controller->objectsForString(QStringLiteral("ann")));
     ASSERT_TRUE(host->waitForRows(3));
     QTest::keyClick(host->field, Qt::Key_Down);
     QTest::keyClick(host->field, Qt::Key_Return);
     EXPECT_EQ(host->tokens(), (QStringList{u'[' + kAnn + u']', QStringLiteral("jo")}));
+
+    QTest::mouseDClick(host->field, Qt::LeftButton, {}, QPoint(30, 13));
+    EXPECT_EQ(host->tokens(), (QStringList{kAnn + QStringLiteral("jo")}));
 }
 
 TEST(TokenFieldWithoutComposer, NotifiesNobody) {
     ExtensionTokenField alone;
-    EXPECT_EQ(alone.composerComtroller(), nullptr);
     QObject notAComposer;
     ExtensionSuggestionController controller(QRect(0, 0, 600, 400), &notAComposer);
     alone.setSuggestioncontroller(&controller);

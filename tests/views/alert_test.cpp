@@ -28,14 +28,13 @@ TEST(AlertViewcontroller, ViewIsAFullyRedPanelOf400By200) {
     FlippedView* view = controller.view();
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(controller.view(), view); // loaded once
-    EXPECT_EQ(view->size(), QSize(400, 200));
-    QImage image(view->size(), QImage::Format_ARGB32);
+    QImage image(QSize(400, 200), QImage::Format_ARGB32);
     image.fill(Qt::transparent);
+    QImage red = image;
+    red.fill(Qt::red);
     view->render(&image);
-    for (int y = 0; y < 200; y += 9)
-        for (int x = 0; x < 400; x += 9)
-            ASSERT_EQ(image.pixelColor(x, y), QColor(Qt::red)) << x << "," << y;
-    EXPECT_EQ(image.pixelColor(399, 199), QColor(Qt::red));
+    EXPECT_EQ(view->size(), image.size());
+    EXPECT_EQ(image, red);
 }
 
 // A window with one button of its own, to see whether it takes input.

@@ -31,15 +31,12 @@ TEST(FlippedView, PaintsThroughItsCallbackFromTheTopLeft) {
         QPainter p(view);
         p.fillRect(QRect(0, 0, view->width(), 10), Qt::blue);
     });
-    auto* empty = new FlippedView(QRect(0, 100, 200, 50), &root);
-    empty->setViewId(QStringLiteral("empty"));
-    const QImage image = render(root);
-    EXPECT_EQ(image.pixelColor(100, 2), QColor(Qt::blue));
+    new FlippedView(QRect(0, 100, 200, 50), &root);
+    QImage expected(root.size(), QImage::Format_ARGB32_Premultiplied);
+    expected.fill(Qt::transparent);
+    QPainter(&expected).fillRect(QRect(0, 0, 200, 10), Qt::blue);
+    EXPECT_EQ(render(root), expected);
     EXPECT_EQ(dirtySeen, QRect(0, 0, 200, 100));
-    for (int y = 10; y < 150; y += 7)
-        for (int x = 0; x < 200; x += 7)
-            ASSERT_EQ(image.pixelColor(x, y).alpha(), 0) << x << "," << y;
-    EXPECT_EQ(empty->viewId(), QStringLiteral("empty"));
 
     const auto* child = new FlippedView(QRect(10, 0, 50, 20), panel);
     EXPECT_EQ(child->mapTo(&root, QPoint(0, 0)), QPoint(10, 0));
