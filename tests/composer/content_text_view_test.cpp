@@ -55,55 +55,17 @@ struct Body {
     int caret() const { return view.textCursor().position(); }
 };
 
-// How keys become commands is the key map's own test; here, that the delegate is asked with
-// that command current, and that a handled one is not performed.
-TEST(ExtensionContentTextView, AsksItsDelegateWithTheCommandAndTheKeyPress) {
-    Body body;
-    RecordingDelegate delegate;
-    body.view.setMyDelegate(&delegate);
-    const struct {
-        Qt::Key key;
-        Qt::KeyboardModifiers modifiers;
-        const char* selector;
-    } presses[] = {
-        {Qt::Key_Return, Qt::NoModifier, "insertNewline:"},
-        {Qt::Key_Backtab, Qt::ShiftModifier, "insertBacktab:"},
-        {Qt::Key_Backspace, Qt::NoModifier, "deleteBackward:"},
-        {Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier, "noop:"},
-    };
-    for (const auto& press : presses) {
-        SCOPED_TRACE(press.selector);
-        delegate.calls.clear();
-        QTest::keyClick(&body.view, press.key, press.modifiers);
-        ASSERT_EQ(delegate.calls.size(), 1);
-        EXPECT_EQ(delegate.calls[0].selector, QString::fromLatin1(press.selector));
-        ASSERT_TRUE(delegate.calls[0].key.has_value());
-        EXPECT_EQ(delegate.calls[0].key->selector, delegate.calls[0].selector);
-        EXPECT_EQ(delegate.calls[0].key->modifierFlags & KeyFlags::Shift,
-                  press.modifiers & Qt::ShiftModifier ? KeyFlags::Shift : 0);
-        EXPECT_FALSE(body.view.currentKeyCommand().has_value());
-    }
-    // Every command was counted as handled: none was performed.
-    EXPECT_EQ(body.text(), QStringLiteral("hello world"));
-    EXPECT_EQ(body.caret(), 11);
-
-    // Typing is not a command.
-    delegate.calls.clear();
-    QTest::keyClicks(&body.view, QStringLiteral("!"));
-    EXPECT_TRUE(delegate.calls.isEmpty());
-    EXPECT_EQ(body.text(), QStringLiteral("hello world!"));
-}
-
-TEST(ExtensionContentTextView, PerformsTheCommandsItsDelegateLeavesUnhandled) {
-    RecordingDelegate delegate;
-    delegate.answer = false;
+// How keys become commands is the key map's own test; here, that the delegate is asked once with
+// the command's key press current, and that the view performs the command only when the
+// delegate leaves it unhandled. Typing is not a command.
+TEST(ExtensionContentTextView, AsksItsDelegateAndPerformsOnlyWhatItLeavesUnhandled) {
     const struct {
         const char* name;
         int caret;
         int anchor;
         Qt::Key key;
         Qt::KeyboardModifiers modifiers;
-        const char* text;
+        const char* text; // once performed
         int caretAfter;
         int anchorAfter;
     } rows[] = {
@@ -120,31 +82,37 @@ TEST(ExtensionContentTextView, PerformsTheCommandsItsDelegateLeavesUnhandled) {
         {"control-t-transposes", 1, -1, Qt::Key_T, Qt::MetaModifier, "ehllo world", 2, 2},
         {"unbound-does-nothing", 5, -1, Qt::Key_Return, Qt::ControlModifier, "hello world", 5, 5},
     };
+    // Asked and leaving it unhandled, asked and handling it, none, an object without the hook:
+    // a bare view performs no editing command.
+    const char* const delegates[] = {"unhandled", "handled", "no delegate", "not a delegate"};
+    QObject notADelegate;
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        Body body;
-        body.view.setMyDelegate(&delegate);
-        body.placeCaret(row.caret, row.anchor);
-        QTest::keyClick(&body.view, row.key, row.modifiers);
-        EXPECT_EQ(body.text(), QString::fromLatin1(row.text));
-        EXPECT_EQ(body.caret(), row.caretAfter);
-        EXPECT_EQ(body.view.textCursor().anchor(), row.anchorAfter);
-    }
-}
-
-TEST(ExtensionContentTextView, WithoutADelegateThatAnswersNoEditingCommandIsPerformed) {
-    QObject notADelegate; // an object without the hook counts as no delegate
-    for (QObject* delegate : {static_cast<QObject*>(nullptr), &notADelegate}) {
-        Body body;
-        body.view.setMyDelegate(delegate);
-        body.placeCaret(5);
-        for (Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Delete, Qt::Key_Backspace,
-                            Qt::Key_Tab, Qt::Key_Left, Qt::Key_Down})
-            QTest::keyClick(&body.view, key);
-        EXPECT_EQ(body.text(), QStringLiteral("hello world"));
-        EXPECT_EQ(body.caret(), 5);
-        QTest::keyClicks(&body.view, QStringLiteral("X"));
-        EXPECT_EQ(body.text(), QStringLiteral("helloX world"));
+        for (int kind = 0; kind < 4; ++kind) {
+            SCOPED_TRACE(std::string(row.name) + ", " + delegates[kind]);
+            Body body;
+            RecordingDelegate delegate;
+            delegate.answer = kind == 1;
+            body.view.setMyDelegate(kind < 2 ? &delegate : kind == 2 ? nullptr : &notADelegate);
+            body.placeCaret(row.caret, row.anchor);
+            const int anchor = body.view.textCursor().anchor();
+            QTest::keyClick(&body.view, row.key, row.modifiers);
+            ASSERT_EQ(delegate.calls.size(), kind < 2 ? 1 : 0);
+            if (kind < 2) {
+                ASSERT_TRUE(delegate.calls[0].key.has_value());
+                EXPECT_EQ(delegate.calls[0].key->selector, delegate.calls[0].selector);
+                EXPECT_EQ(delegate.calls[0].key->modifierFlags & KeyFlags::Shift,
+                          row.modifiers & Qt::ShiftModifier ? KeyFlags::Shift : 0);
+            }
+            EXPECT_FALSE(body.view.currentKeyCommand().has_value());
+            const bool performed = kind == 0;
+            EXPECT_EQ(body.text(),
+                      performed ? QString::fromLatin1(row.text) : QStringLiteral("hello world"));
+            EXPECT_EQ(body.caret(), performed ? row.caretAfter : row.caret);
+            EXPECT_EQ(body.view.textCursor().anchor(), performed ? row.anchorAfter : anchor);
+            QTest::keyClicks(&body.view, QStringLiteral("!"));
+            EXPECT_EQ(delegate.calls.size(), kind < 2 ? 1 : 0);
+            EXPECT_EQ(body.text().count(u'!'), 1);
+        }
     }
 }
 
@@ -206,14 +174,12 @@ TEST(ExtensionContentTextView, RefusesEveryDrop) {
     data.setHtml(QStringLiteral("<b>dropped</b>"));
     const QPoint at(20, 10);
     QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(body.view.viewport(), &enter);
-    EXPECT_FALSE(enter.isAccepted());
     QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(body.view.viewport(), &move);
-    EXPECT_FALSE(move.isAccepted());
     QDropEvent drop(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(body.view.viewport(), &drop);
-    EXPECT_FALSE(drop.isAccepted());
+    for (QDropEvent* event : std::initializer_list<QDropEvent*>{&enter, &move, &drop}) {
+        QApplication::sendEvent(body.view.viewport(), event);
+        EXPECT_FALSE(event->isAccepted()) << event->type();
+    }
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
 }
 

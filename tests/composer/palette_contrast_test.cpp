@@ -2,7 +2,7 @@
 //
 // SPDX-License-Identifier: MIT
 
-#include "FilledComposer.h"
+#include "ComposerWindow.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentCollectionViewItem.h"
 #include "composer/ExtensionAttachmentView.h"
@@ -23,6 +23,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTest>
 #include <QTextBlock>
 
@@ -139,15 +140,37 @@ const TextSample kSamples[] = {
     {"second attachment name", [](auto& c) { return attachmentName(c, 1); }},
 };
 
-using PaletteContrast = velmora::test::FilledComposer;
+// A dark session's colours, as KDE's and GNOME's dark themes hand them to Qt applications.
+QPalette darkPalette() {
+    QPalette palette;
+    const std::pair<QPalette::ColorRole, QRgb> colours[] = {
+        {QPalette::Window, 0x2a2e32},
+        {QPalette::WindowText, 0xfcfcfc},
+        {QPalette::Base, 0x1b1e20},
+        {QPalette::AlternateBase, 0x2a2e32},
+        {QPalette::Text, 0xfcfcfc},
+        {QPalette::Button, 0x31363b},
+        {QPalette::ButtonText, 0xfcfcfc},
+        {QPalette::Highlight, 0x3daee9},
+        {QPalette::HighlightedText, 0xfcfcfc},
+        {QPalette::Link, 0x4db6f6},
+        {QPalette::PlaceholderText, 0x96fcfcfc}};
+    for (const auto& [role, rgb] : colours)
+        palette.setColor(role, QColor::fromRgba(qAlpha(rgb) ? rgb : rgb | 0xff000000));
+    return palette;
+}
+
+using PaletteContrast = velmora::test::ComposerWindow;
 
 // Every text the composer shows reads at WCAG AA (4.5:1) against what it is drawn on, in a
 // light palette and after a switch to a dark one while the composer is open: a colour fixed in
 // the code, or one taken once from the palette, fails in one of the two.
 TEST_F(PaletteContrast, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
+    ASSERT_NO_FATAL_FAILURE(fill());
     ExtensionSuggestionController* suggestions = composer->suggestionController();
+    const QPalette light = QApplication::style()->standardPalette();
     for (const auto& [theme, palette] :
-         {std::pair{"light", lightPalette()}, std::pair{"dark", darkPalette()}}) {
+         {std::pair{"light", light}, std::pair{"dark", darkPalette()}}) {
         QApplication::setPalette(palette);
         if (!suggestions->visible())
             suggestions->showForTextField(composer->toField(),
@@ -173,11 +196,12 @@ TEST_F(PaletteContrast, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
 
 namespace {
 
-using StripOverflow = velmora::test::FilledComposer;
+using StripOverflow = velmora::test::ComposerWindow;
 
 // More attachments than fit: the scroll bar comes, below the items, so every name stays in view;
 // a shared folder shows a folder, not the document icon of a file without a picture.
 TEST_F(StripOverflow, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
+    ASSERT_NO_FATAL_FAILURE(fill());
     QScrollArea* strip = composer->collectionScrollview();
     EXPECT_FALSE(strip->horizontalScrollBar()->isVisible());
     QDir(desktop.files()).mkdir(QStringLiteral("Holiday"));
