@@ -69,6 +69,11 @@ TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChange
     }
     EXPECT_EQ(names, QStringList({"report.txt", "report.txt", "photo one.png", "", ""}));
     EXPECT_EQ(paths, QStringList({"/a/report.txt", "/b/report.txt", "/c/photo one.png", "", ""}));
+    // Names of folders and odd paths.
+    QStringList lasts;
+    for (const char* path : {"/a/folder/", "/a//b//", "/", ""})
+        lasts.append(ExtensionAttachmentController::lastPathComponent(QString::fromUtf8(path)));
+    EXPECT_EQ(lasts, QStringList({"folder", "b", "/", ""}));
 
     // Anything but an append starts the rows afresh.
     list->removeFirst();
@@ -110,19 +115,6 @@ TEST(ExtensionAttachmentController, ReadsAndWritesTheListUnderItsOwnersLock) {
     EXPECT_EQ(list->size(), 201);
 }
 
-TEST(ExtensionAttachmentController, LastPathComponent) {
-    const struct {
-        const char* path;
-        const char* last;
-    } rows[] = {
-        {"/a/b.txt", "b.txt"}, {"/a/folder/", "folder"}, {"name", "name"}, {"/", "/"}, {"", ""},
-        {"/a//b//", "b"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(ExtensionAttachmentController::lastPathComponent(QString::fromUtf8(row.path)),
-                  QString::fromUtf8(row.last))
-            << row.path;
-}
-
 // A strip as the composer makes it, inside a window, over files of several kinds.
 struct Strip {
     IsolatedDesktop desktop;
@@ -151,10 +143,19 @@ struct Strip {
     QImage item(int index) { return render(*view).copy(view->itemFrame(index)); }
 };
 
+// Empty, the strip is one item tall and transparent; filled, each kind of file shows in its
+// square with its name below, two files of one name each with its own picture; emptied again,
+// it is transparent again.
 TEST(ExtensionAttachmentCollectionView, ShowsEachKindOfAttachmentWithItsNameBelow) {
     Strip strip;
-    strip.controller.addObjects({strip.image, strip.pdf, strip.unknown, strip.longName});
-    ASSERT_EQ(strip.view->count(), 4);
+    EXPECT_EQ(strip.view->sizeHint().height(), 168);
+    EXPECT_EQ(strip.view->height(), 168);
+    EXPECT_TRUE(isTransparent(render(*strip.view)));
+    const QString sameName = writeImage(strip.desktop.files() + QStringLiteral("/o/holiday.png"),
+                                        QSize(100, 100), QColor(220, 200, 20));
+    strip.controller.addObjects(
+        {strip.image, strip.pdf, strip.unknown, strip.longName, QUrl::fromLocalFile(sameName)});
+    ASSERT_EQ(strip.view->count(), 5);
     const QImage picture = render(*strip.view);
     const QString output = QStringLiteral(VELMORA_TEST_OUTPUT_DIR "/attachment-strip.png");
     EXPECT_TRUE(picture.save(output)) << output.toStdString();
@@ -170,42 +171,32 @@ TEST(ExtensionAttachmentCollectionView, ShowsEachKindOfAttachmentWithItsNameBelo
         EXPECT_FALSE(isTransparent(picture.copy(frame.x(), 148, 128, 20)));
     }
     // The image's own colours, the PDF's red upper half on white, the unknown type's icon.
-    EXPECT_TRUE(near(averageColor(picture, QRect(54, 54, 20, 20)), QColor(30, 90, 200)));
-    const QRect pdf = strip.view->itemFrame(1);
-    EXPECT_TRUE(near(averageColor(picture, QRect(pdf.x() + 40, 10, 48, 30)), QColor(200, 30, 30)));
-    EXPECT_TRUE(near(averageColor(picture, QRect(pdf.x() + 40, 90, 48, 30)), Qt::white));
+    EXPECT_TRUE(near(averageColor(strip.item(0), QRect(54, 54, 20, 20)), QColor(30, 90, 200)));
+    EXPECT_TRUE(near(averageColor(strip.item(1), QRect(40, 10, 48, 30)), QColor(200, 30, 30)));
+    EXPECT_TRUE(near(averageColor(strip.item(1), QRect(40, 90, 48, 30)), Qt::white));
     EXPECT_FALSE(thumbnailOf(strip.view->itemAtIndex(2)).isNull());
     // The long name is cut within its own 128 points: the space between items stays empty.
     const QRect last = strip.view->itemFrame(3);
     EXPECT_TRUE(isTransparent(picture.copy(last.x() - 10, 148, 10, 20)));
-    EXPECT_TRUE(
-        isTransparent(picture.copy(last.right() + 1, 0, picture.width() - last.right() - 1, 168)));
+    EXPECT_TRUE(isTransparent(picture.copy(last.right() + 1, 148, 10, 20)));
     EXPECT_EQ(strip.view->itemAtIndex(3)->view()->filename(),
               QStringLiteral("a very long file name that cannot possibly fit under its "
                              "thumbnail.jpg"));
+    EXPECT_EQ(strip.view->itemAtIndex(4)->view()->filename(), QStringLiteral("holiday.png"));
+    EXPECT_TRUE(near(averageColor(strip.item(4), QRect(54, 54, 20, 20)), QColor(220, 200, 20)));
+
+    strip.controller.setContent(std::make_shared<List>());
+    EXPECT_EQ(strip.view->count(), 0);
+    EXPECT_TRUE(isTransparent(render(*strip.view)));
 }
 
-TEST(ExtensionAttachmentCollectionView, ShowsTwoFilesOfTheSameNameBoth) {
-    Strip strip;
-    const QString other = writeImage(strip.desktop.files() + QStringLiteral("/other/holiday.png"),
-                                     QSize(100, 100), QColor(220, 200, 20));
-    strip.controller.addObjects({strip.image, QUrl::fromLocalFile(other)});
-    ASSERT_EQ(strip.view->count(), 2);
-    EXPECT_EQ(strip.view->itemAtIndex(0)->view()->filename(), QStringLiteral("holiday.png"));
-    EXPECT_EQ(strip.view->itemAtIndex(1)->view()->filename(), QStringLiteral("holiday.png"));
-    // Same name, each with its own thumbnail.
-    EXPECT_TRUE(near(averageColor(strip.item(0), QRect(54, 54, 20, 20)), QColor(30, 90, 200)));
-    EXPECT_TRUE(near(averageColor(strip.item(1), QRect(54, 54, 20, 20)), QColor(220, 200, 20)));
-}
-
-TEST(ExtensionAttachmentCollectionView, ClicksSelectOneItemAndChangeNothingVisible) {
+TEST(ExtensionAttachmentCollectionView, ClicksAndArrowsSelectOneItemAndChangeNothingVisible) {
     Strip strip;
     strip.controller.addObjects({strip.image, strip.pdf, strip.unknown});
     const QImage before = render(*strip.view);
 
     QTest::mouseClick(strip.view, Qt::LeftButton, {}, strip.view->itemFrame(1).center());
     EXPECT_EQ(strip.controller.selectionIndex(), 1);
-    EXPECT_TRUE(strip.view->itemAtIndex(1)->isSelected());
     EXPECT_TRUE(strip.view->itemAtIndex(1)->view()->isSelected());
     QTest::mouseClick(strip.view, Qt::LeftButton, {}, strip.view->itemFrame(0).center());
     EXPECT_EQ(strip.controller.selectionIndex(), 0);
@@ -213,28 +204,13 @@ TEST(ExtensionAttachmentCollectionView, ClicksSelectOneItemAndChangeNothingVisib
     EXPECT_TRUE(strip.view->itemAtIndex(0)->view()->isSelected());
     EXPECT_EQ(render(*strip.view), before);
 
-    QTest::keyClick(strip.view, Qt::Key_Right);
-    QTest::keyClick(strip.view, Qt::Key_Right);
-    QTest::keyClick(strip.view, Qt::Key_Right);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(strip.view, Qt::Key_Right);
     EXPECT_EQ(strip.controller.selectionIndex(), 2);
     // A click beside the items clears the selection.
     QTest::mouseClick(strip.view, Qt::LeftButton, {}, QPoint(133, 60));
     EXPECT_EQ(strip.controller.selectionIndex(), -1);
     EXPECT_FALSE(strip.view->itemAtIndex(2)->isSelected());
-}
-
-TEST(ExtensionAttachmentCollectionView, AnEmptyStripIsTransparentAndOneItemTall) {
-    Strip strip;
-    EXPECT_EQ(strip.view->count(), 0);
-    EXPECT_EQ(strip.view->sizeHint().height(), 168);
-    EXPECT_EQ(strip.view->height(), 168);
-    EXPECT_TRUE(isTransparent(render(*strip.view)));
-    // Emptied again after showing attachments: transparent again.
-    strip.controller.addObjects({strip.image});
-    EXPECT_FALSE(isTransparent(render(*strip.view)));
-    strip.controller.setContent(std::make_shared<List>());
-    EXPECT_EQ(strip.view->count(), 0);
-    EXPECT_TRUE(isTransparent(render(*strip.view)));
 }
 
 TEST(ExtensionAttachmentCollectionView, ThumbnailsArriveLaterWithoutHoldingUpTheStrip) {
