@@ -74,29 +74,15 @@ QString writeBytes(const QString& path, const QByteArray& bytes) {
 }
 
 bool isTransparent(const QImage& image) {
-    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
-    for (int y = 0; y < argb.height(); ++y)
-        for (int x = 0; x < argb.width(); ++x)
-            if (qAlpha(argb.pixel(x, y)) != 0)
-                return false;
-    return true;
+    QImage clear(image.size(), QImage::Format_ARGB32_Premultiplied);
+    clear.fill(Qt::transparent);
+    return image.convertToFormat(QImage::Format_ARGB32_Premultiplied) == clear;
 }
 
 QColor averageColor(const QImage& image, const QRect& rect) {
-    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
-    qint64 r = 0, g = 0, b = 0, n = 0;
-    for (int y = rect.top(); y <= rect.bottom(); ++y) {
-        for (int x = rect.left(); x <= rect.right(); ++x) {
-            const QRgb p = argb.pixel(x, y);
-            r += qRed(p);
-            g += qGreen(p);
-            b += qBlue(p);
-            ++n;
-        }
-    }
-    if (n == 0)
-        return {};
-    return QColor(int(r / n), int(g / n), int(b / n));
+    // A smooth scale to one pixel averages the rectangle's pixels.
+    const QImage part = image.copy(rect).convertToFormat(QImage::Format_RGB32);
+    return part.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0);
 }
 
 bool near(const QColor& a, const QColor& b, int tolerance) {

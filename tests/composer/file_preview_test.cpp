@@ -80,7 +80,9 @@ TEST(FilePreview, ACacheEntryCountsOnlyWhileItsModificationTimeMatches) {
     EXPECT_TRUE(near(preview.pixelColor(60, 60), Qt::red));
 }
 
-TEST(FilePreview, ImagesAreDecodedToFitKeepingTheirShapeAndOrientation) {
+// Images decoded to fit, keeping their shape and orientation; a PDF as its first page; the
+// content on a framed page when asked for an icon.
+TEST(FilePreview, ContentIsDecodedToFitKeepingItsShapeAndOrientation) {
     IsolatedDesktop desktop;
     const QString wide =
         writeImage(desktop.files() + QStringLiteral("/wide.png"), QSize(1000, 500), Qt::blue);
@@ -106,10 +108,8 @@ TEST(FilePreview, ImagesAreDecodedToFitKeepingTheirShapeAndOrientation) {
         writeBytes(desktop.files() + QStringLiteral("/broken.png"), "not a picture at all");
     EXPECT_TRUE(contentPreview(broken, k128).isNull());
     EXPECT_FALSE(imageWithPreviewOfFileAtPath(broken, QSizeF(128, 128), false).isNull());
-}
 
-TEST(FilePreview, APdfShowsItsFirstPage) {
-    IsolatedDesktop desktop;
+    // A PDF shows its first page.
     const QString pdf = writePdf(desktop.files() + QStringLiteral("/letter.pdf"), Qt::red);
     const QImage page = imageWithPreviewOfFileAtPath(pdf, QSizeF(128, 128), false);
     // A4 upright: as tall as the box, about 0.7 of it wide.
@@ -121,6 +121,13 @@ TEST(FilePreview, APdfShowsItsFirstPage) {
     const QString damaged =
         writeBytes(desktop.files() + QStringLiteral("/damaged.pdf"), "%PDF-1.4\nnothing else\n");
     EXPECT_TRUE(contentPreview(damaged, k128).isNull());
+
+    // As an icon, the content lies on a framed page.
+    const QImage icon = imageWithPreviewOfFileAtPath(wide, QSizeF(128, 128), true);
+    ASSERT_EQ(icon.size(), k128);
+    EXPECT_EQ(icon.pixelColor(64, 5).alpha(), 0); // above the page
+    EXPECT_TRUE(near(icon.pixelColor(64, 64), Qt::blue));
+    EXPECT_NE(icon.pixelColor(0, 64), icon.pixelColor(3, 64)); // the frame's edge
 }
 
 TEST(FilePreview, WithoutContentTheThemeIconOfTheTypeThenItsGenericIconThenABuiltInOne) {
@@ -150,17 +157,6 @@ TEST(FilePreview, WithoutContentTheThemeIconOfTheTypeThenItsGenericIconThenABuil
 
     EXPECT_TRUE(imageWithPreviewOfFileAtPath(QString(), QSizeF(128, 128), false).isNull());
     EXPECT_TRUE(imageWithPreviewOfFileAtPath(text, QSizeF(0, 0), false).isNull());
-}
-
-TEST(FilePreview, AsAnIconTheContentLiesOnAFramedPage) {
-    IsolatedDesktop desktop;
-    const QString wide =
-        writeImage(desktop.files() + QStringLiteral("/wide.png"), QSize(400, 200), Qt::blue);
-    const QImage icon = imageWithPreviewOfFileAtPath(wide, QSizeF(128, 128), true);
-    ASSERT_EQ(icon.size(), k128);
-    EXPECT_EQ(icon.pixelColor(64, 5).alpha(), 0); // above the page
-    EXPECT_TRUE(near(icon.pixelColor(64, 64), Qt::blue));
-    EXPECT_NE(icon.pixelColor(0, 64), icon.pixelColor(3, 64)); // the frame's edge
 }
 
 TEST(ThumbnailLoader, DeliversWhatTheSynchronousPathMakesOnceEachOnItsOwnThread) {
