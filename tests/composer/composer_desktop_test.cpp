@@ -2,9 +2,13 @@
 //
 // SPDX-License-Identifier: MIT
 
+// The composer on the desktop: every text readable in light and dark palettes, a strip whose
+// scroll bar leaves the names visible, screen readers' view of the composer and its keyboard reach.
 #include "ComposerWindow.h"
+#include "composer/ComposerKeyboard.h"
 #include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionAttachmentCollectionViewItem.h"
+#include "composer/ExtensionAttachmentController.h"
 #include "composer/ExtensionAttachmentView.h"
 #include "composer/ExtensionContentTextView.h"
 #include "composer/ExtensionCopyRecipientsView.h"
@@ -14,6 +18,7 @@
 #include "recipients/ExtensionTokenField.h"
 #include "recipients/TokenFieldLayout.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -160,12 +165,12 @@ QPalette darkPalette() {
     return palette;
 }
 
-using PaletteContrast = velmora::test::ComposerWindow;
+using ComposerDesktop = velmora::test::ComposerWindow;
 
 // Every text the composer shows reads at WCAG AA (4.5:1) against what it is drawn on, in a
 // light palette and after a switch to a dark one while the composer is open: a colour fixed in
 // the code, or one taken once from the palette, fails in one of the two.
-TEST_F(PaletteContrast, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
+TEST_F(ComposerDesktop, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
     ASSERT_NO_FATAL_FAILURE(fill());
     ExtensionSuggestionController* suggestions = composer->suggestionController();
     const QPalette light = QApplication::style()->standardPalette();
@@ -192,15 +197,9 @@ TEST_F(PaletteContrast, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
     }
 }
 
-} // namespace
-
-namespace {
-
-using StripOverflow = velmora::test::ComposerWindow;
-
 // More attachments than fit: the scroll bar comes, below the items, so every name stays in view;
 // a shared folder shows a folder, not the document icon of a file without a picture.
-TEST_F(StripOverflow, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
+TEST_F(ComposerDesktop, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
     ASSERT_NO_FATAL_FAILURE(fill());
     QScrollArea* strip = composer->collectionScrollview();
     EXPECT_FALSE(strip->horizontalScrollBar()->isVisible());
@@ -221,6 +220,151 @@ TEST_F(StripOverflow, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
     };
     EXPECT_FALSE(thumbnail(5).isNull());
     EXPECT_NE(thumbnail(5), thumbnail(1)) << "the folder shows the document icon of notes.txt";
+}
+
+QAccessibleInterface* accessible(QObject* object) {
+    return QAccessible::queryAccessibleInterface(object);
+}
+
+// Every control a screen reader lands on says what it is and what it is called.
+TEST_F(ComposerDesktop, EveryControlHasAnAccessibleNameAndRole) {
+    ASSERT_NO_FATAL_FAILURE(fill());
+    // What a screen reader calls a control: on Linux a combo box by the label it is the buddy of.
+    const auto nameOf = [](QAccessibleInterface* face) {
+        const auto labels = face->relations(QAccessible::Label);
+        return labels.isEmpty() ? face->text(QAccessible::Name)
+                                : labels.first().first->text(QAccessible::Name);
+    };
+    struct Row {
+        const char* name;
+        std::function<QWidget*()> control;
+        QAccessible::Role role;
+        const char* accessibleName;
+        bool focusable = true;
+    };
+    const Row rows[] = {
+        {"from", [&] { return composer->popUpview(); }, QAccessible::ComboBox, "From:"},
+        {"cancel", [&] { return composer->cancelBtn(); }, QAccessible::Button, "Cancel"},
+        {"send", [&] { return composer->sendBtn(); }, QAccessible::Button, "Send"},
+        {"to", [&] { return composer->toField(); }, QAccessible::EditableText, "To"},
+        {"subject", [&] { return composer->subjectField(); }, QAccessible::EditableText, "Subject"},
+        {"body", [&] { return composer->contentTextView(); }, QAccessible::EditableText, "Message"},
+        {"strip", [&] { return composer->collectionView(); }, QAccessible::List, "Attachments"},
+        // The list is steered from the To field and never takes the keyboard itself.
+        {"suggestions", [&] { return composer->suggestionController()->table(); },
+         QAccessible::Table, "Suggestions", false},
+    };
+    for (const Row& row : rows) {
+        QAccessibleInterface* face = accessible(row.control());
+        ASSERT_NE(face, nullptr) << row.name;
+        EXPECT_EQ(face->role(), row.role) << row.name;
+        EXPECT_EQ(nameOf(face), QString::fromUtf8(row.accessibleName)) << row.name;
+        EXPECT_EQ(bool(face->state().focusable), row.focusable) << row.name;
+    }
+}
+
+// The To field reads as its recipients and the typed text, with the caret where it is;
+// the suggestion list as its rows and selection; the strip as its attachments' names.
+TEST_F(ComposerDesktop, ScreenReadersGetTheRecipientsSuggestionsAndAttachments) {
+    ASSERT_NO_FATAL_FAILURE(fill());
+    ExtensionTokenField* to = composer->toField();
+    QAccessibleInterface* field = accessible(to);
+    QAccessibleTextInterface* text = field->textInterface();
+    ASSERT_NE(text, nullptr);
+    const QString spoken = QStringLiteral("Ada Lovelace <ada@z.test>, al");
+    EXPECT_EQ(field->text(QAccessible::Value), spoken);
+    EXPECT_EQ(text->text(0, text->characterCount()), spoken);
+    EXPECT_EQ(text->cursorPosition(), spoken.size());
+    // Moving the caret from a screen reader: into the typed text, then into the token's name,
+    // which puts it before the token.
+    text->setCursorPosition(spoken.size() - 1);
+    EXPECT_EQ(to->fieldEditor().caret(), 2);
+    text->setCursorPosition(3);
+    EXPECT_EQ(to->fieldEditor().caret(), 0);
+    EXPECT_EQ(text->cursorPosition(), 0);
+
+    QAccessibleInterface* list = accessible(composer->suggestionController()->table());
+    QAccessibleTableInterface* table = list->tableInterface();
+    ASSERT_NE(table, nullptr);
+    ASSERT_EQ(table->rowCount(), 2);
+    QStringList rows;
+    for (int row = 0; row < 2; ++row)
+        rows.append(table->cellAt(row, 0)->text(QAccessible::Name));
+    EXPECT_EQ(rows, (QStringList{QStringLiteral("Alan Turing <alan@x.test>(4)"),
+                                 QStringLiteral("Alice <alice@y.test>")}));
+    composer->suggestionController()->selectNext();
+    const QList<QAccessibleInterface*> selected = table->selectedCells();
+    ASSERT_EQ(selected.size(), 1);
+    EXPECT_EQ(selected.first()->text(QAccessible::Name), rows.at(1));
+
+    QAccessibleInterface* strip = accessible(composer->collectionView());
+    composer->attachmentController()->setSelectionIndex(1);
+    QStringList names;
+    QList<bool> selectedItems;
+    for (int i = 0; i < strip->childCount(); ++i) {
+        QAccessibleInterface* item = strip->child(i);
+        if (item->role() != QAccessible::ListItem)
+            continue;
+        names.append(item->text(QAccessible::Name));
+        selectedItems.append(item->state().selected);
+    }
+    EXPECT_EQ(names, (QStringList{"picture.png", "notes.txt"}));
+    EXPECT_EQ(selectedItems, (QList<bool>{false, true}));
+}
+
+// One walk through the composer by keyboard: Tab from From over the buttons to To, Subject and
+// the body, which keeps Tab; Ctrl+Tab and Ctrl+Shift+Tab leave any field; Shift+Tab in To goes
+// to From; the mnemonic reaches From; the ring is always around the focused control.
+TEST_F(ComposerDesktop, KeyboardReachesEveryControlAndShowsWhereTheFocusIs) {
+    ASSERT_NO_FATAL_FAILURE(fill());
+    QWidget* from = composer->popUpview();
+    QWidget* cancel = composer->cancelBtn();
+    QWidget* send = composer->sendBtn();
+    QWidget* to = composer->toField();
+    QWidget* subject = composer->subjectField();
+    QWidget* body = composer->contentTextView();
+    QWidget* strip = composer->collectionView();
+    struct Step {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        QWidget* focused;
+    };
+    const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
+    const Qt::KeyboardModifiers ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
+    const Step steps[] = {
+        {Qt::Key_Backtab, Qt::ShiftModifier, from},
+        {Qt::Key_Tab, Qt::NoModifier, cancel},
+        {Qt::Key_Tab, Qt::NoModifier, send},
+        {Qt::Key_Tab, Qt::NoModifier, to},
+        {Qt::Key_Tab, Qt::NoModifier, subject},
+        {Qt::Key_Tab, Qt::NoModifier, body},
+        {Qt::Key_Tab, Qt::NoModifier, body}, // a tab in the text
+        {Qt::Key_Tab, ctrl, strip},
+        {Qt::Key_Tab, ctrl, from},
+        {Qt::Key_Backtab, ctrlShift, strip},
+        {Qt::Key_Backtab, ctrlShift, body},
+        {Qt::Key_Backtab, ctrlShift, subject},
+        {Qt::Key_Tab, ctrl, body},
+        {Qt::Key_Backtab, Qt::ShiftModifier, subject}, // the body's own way back
+        {Qt::Key_Backtab, Qt::ShiftModifier, to},
+        {Qt::Key_F, Qt::AltModifier, from},
+    };
+    const QString bodyBefore = composer->contentTextView()->toPlainText();
+    int number = 0;
+    for (const Step& step : steps) {
+        SCOPED_TRACE(number++);
+        QTest::keyClick(QApplication::focusWidget(), step.key, step.modifiers);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return step.focused->hasFocus(); }, 2000))
+            << "focus is on " << QApplication::focusWidget()->metaObject()->className();
+        QWidget* ring = composer->keyboard()->focusRing();
+        EXPECT_TRUE(ring->isVisible());
+        QWidget* around = step.focused == strip ? composer->collectionScrollview() : step.focused;
+        const QRect frame(around->mapTo(ring->parentWidget(), QPoint(0, 0)), around->size());
+        EXPECT_TRUE(ring->geometry().contains(frame));
+    }
+    // Only the plain Tab in the body typed anything.
+    EXPECT_EQ(composer->contentTextView()->toPlainText().size(), bodyBefore.size() + 1);
+    EXPECT_EQ(composer->contentTextView()->toPlainText().count(u'\t'), bodyBefore.count(u'\t') + 1);
 }
 
 } // namespace
