@@ -320,7 +320,7 @@ TEST(SpellCheck, UnderlinesMisspeltWordsButNotLinksAddressesOrCode) {
               (QStringList{"perchè", "helo"}));
 }
 
-TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWord) {
+TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGood) {
     Body body(true);
     ASSERT_TRUE(body.view.speller());
     body.check(QStringLiteral("Say helo to everyone"));
@@ -355,17 +355,14 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWord) {
     ASSERT_TRUE(none);
     EXPECT_FALSE(none->isEnabled());
     menu->close();
-}
 
-TEST(SpellCheck, AddedWordsTakeEffectAtOnceAndPersistForTheNextBody) {
-    Body body(true);
-    ASSERT_TRUE(body.view.speller());
+    // A word added to the dictionary takes effect at once and stays for the next body.
     const QString wordList = personalWordListPath();
     EXPECT_EQ(wordList, body.config.path() + QStringLiteral("/velmora-share/words.dic"));
     EXPECT_EQ(body.check(QStringLiteral("Velmorish mail, velmorish ways")),
               (QStringList{"Velmorish", "velmorish"}));
 
-    QMenu* menu = body.contextMenuAt(QStringLiteral("velmorish"));
+    menu = body.contextMenuAt(QStringLiteral("velmorish"));
     ASSERT_TRUE(menu);
     actionNamed(*menu, QStringLiteral("Add to Dictionary"))->trigger();
     menu->close();
