@@ -4,8 +4,6 @@
 
 #include "AttachmentFiles.h"
 
-#include "ImageSamples.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
@@ -50,12 +48,6 @@ QString writeImage(const QString& path, const QSize& size, const QColor& color) 
     QImageWriter writer(path);
     EXPECT_TRUE(writer.write(image)) << writer.errorString().toStdString();
     return path;
-}
-
-QString writeJpegTurnedAQuarter(const QString& path, const QSize& size, const QColor& color) {
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    return writeBytes(path, jpegWithOrientation(image, 6));
 }
 
 QString writePdf(const QString& path, const QColor& color) {
