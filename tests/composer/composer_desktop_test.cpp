@@ -62,14 +62,7 @@ double textContrast(const QImage& picture, const QRect& region) {
     for (int y = inside.top(); y <= inside.bottom(); ++y)
         for (int x = inside.left(); x <= inside.right(); ++x)
             ++counts[picture.pixel(x, y) | 0xff000000];
-    QRgb background = 0;
-    int most = -1;
-    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
-        if (it.value() > most) {
-            most = it.value();
-            background = it.key();
-        }
-    }
+    const QRgb background = std::max_element(counts.cbegin(), counts.cend()).key();
     double best = 1;
     for (auto it = counts.cbegin(); it != counts.cend(); ++it)
         best = std::max(best, contrast(it.key(), background));
@@ -226,8 +219,9 @@ QAccessibleInterface* accessible(QObject* object) {
     return QAccessible::queryAccessibleInterface(object);
 }
 
-// Every control a screen reader lands on says what it is and what it is called.
-TEST_F(ComposerDesktop, EveryControlHasAnAccessibleNameAndRole) {
+// Every control a screen reader lands on says what it is and what it is called, and the
+// recipients, suggestions and attachments read as what they show.
+TEST_F(ComposerDesktop, ScreenReadersGetEveryControlAndWhatItShows) {
     ASSERT_NO_FATAL_FAILURE(fill());
     // What a screen reader calls a control: on Linux a combo box by the label it is the buddy of.
     const auto nameOf = [](QAccessibleInterface* face) {
@@ -261,12 +255,9 @@ TEST_F(ComposerDesktop, EveryControlHasAnAccessibleNameAndRole) {
         EXPECT_EQ(nameOf(face), QString::fromUtf8(row.accessibleName)) << row.name;
         EXPECT_EQ(bool(face->state().focusable), row.focusable) << row.name;
     }
-}
 
-// The To field reads as its recipients and the typed text, with the caret where it is;
-// the suggestion list as its rows and selection; the strip as its attachments' names.
-TEST_F(ComposerDesktop, ScreenReadersGetTheRecipientsSuggestionsAndAttachments) {
-    ASSERT_NO_FATAL_FAILURE(fill());
+    // The To field reads as its recipients and the typed text, with the caret where it is; the
+    // suggestion list as its rows and selection; the strip as its attachments' names.
     ExtensionTokenField* to = composer->toField();
     QAccessibleInterface* field = accessible(to);
     QAccessibleTextInterface* text = field->textInterface();
@@ -287,15 +278,15 @@ TEST_F(ComposerDesktop, ScreenReadersGetTheRecipientsSuggestionsAndAttachments) 
     QAccessibleTableInterface* table = list->tableInterface();
     ASSERT_NE(table, nullptr);
     ASSERT_EQ(table->rowCount(), 2);
-    QStringList rows;
+    QStringList cells;
     for (int row = 0; row < 2; ++row)
-        rows.append(table->cellAt(row, 0)->text(QAccessible::Name));
-    EXPECT_EQ(rows, (QStringList{QStringLiteral("Alan Turing <alan@x.test>(4)"),
-                                 QStringLiteral("Alice <alice@y.test>")}));
+        cells.append(table->cellAt(row, 0)->text(QAccessible::Name));
+    EXPECT_EQ(cells, (QStringList{QStringLiteral("Alan Turing <alan@x.test>(4)"),
+                                  QStringLiteral("Alice <alice@y.test>")}));
     composer->suggestionController()->selectNext();
     const QList<QAccessibleInterface*> selected = table->selectedCells();
     ASSERT_EQ(selected.size(), 1);
-    EXPECT_EQ(selected.first()->text(QAccessible::Name), rows.at(1));
+    EXPECT_EQ(selected.first()->text(QAccessible::Name), cells.at(1));
 
     QAccessibleInterface* strip = accessible(composer->collectionView());
     composer->attachmentController()->setSelectionIndex(1);
