@@ -143,12 +143,14 @@ TEST_F(Composer, UpdatePrefersThePlainBodyAndShowsTheMessagesOwnAttachmentList) 
     EXPECT_EQ(composer->message()->attachments().get(), shared->attachments().get());
     EXPECT_EQ(composer->collectionView()->count(), 2);
 
-    // A second message with no subject keeps the subject shown and adds its attachments.
+    // A second message with no subject or body keeps those shown and adds its attachments.
     auto second = ExtensionMessage::init();
     second->appendAttachment(QStringLiteral("/tmp/c.pdf"));
     composer->update(second);
     QCoreApplication::processEvents();
     EXPECT_EQ(composer->subjectField()->text(), QStringLiteral("Shared page"));
+    EXPECT_EQ(composer->contentTextView()->toPlainText(), QStringLiteral("plain text"));
+    EXPECT_EQ(composer->message()->attachments().get(), second->attachments().get());
     EXPECT_EQ(composer->attachmentController()->rowCount(), 3);
 
     // A composer not shown yet builds its view to take the message in.
@@ -179,6 +181,7 @@ TEST_F(Composer, UpdateWithOnlyHtmlShowsItFollowedByOnePlainSpaceAndLoadsNothing
     QTextCursor last(body);
     last.movePosition(QTextCursor::End);
     EXPECT_FALSE(last.charFormat().isAnchor());
+    EXPECT_NE(last.charFormat().foreground().color(), QColor(Qt::red));
 
     // Sending carries both bodies, the HTML one written from what the body shows.
     composer->send();
