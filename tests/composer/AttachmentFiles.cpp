@@ -4,8 +4,6 @@
 
 #include "AttachmentFiles.h"
 
-#include "ImageSamples.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
@@ -52,12 +50,6 @@ QString writeImage(const QString& path, const QSize& size, const QColor& color) 
     return path;
 }
 
-QString writeJpegTurnedAQuarter(const QString& path, const QSize& size, const QColor& color) {
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    return writeBytes(path, jpegWithOrientation(image, 6));
-}
-
 QString writePdf(const QString& path, const QColor& color) {
     QPdfWriter writer(path);
     writer.setPageSize(QPageSize(QPageSize::A4));
@@ -74,29 +66,15 @@ QString writeBytes(const QString& path, const QByteArray& bytes) {
 }
 
 bool isTransparent(const QImage& image) {
-    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
-    for (int y = 0; y < argb.height(); ++y)
-        for (int x = 0; x < argb.width(); ++x)
-            if (qAlpha(argb.pixel(x, y)) != 0)
-                return false;
-    return true;
+    QImage clear(image.size(), QImage::Format_ARGB32_Premultiplied);
+    clear.fill(Qt::transparent);
+    return image.convertToFormat(QImage::Format_ARGB32_Premultiplied) == clear;
 }
 
 QColor averageColor(const QImage& image, const QRect& rect) {
-    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
-    qint64 r = 0, g = 0, b = 0, n = 0;
-    for (int y = rect.top(); y <= rect.bottom(); ++y) {
-        for (int x = rect.left(); x <= rect.right(); ++x) {
-            const QRgb p = argb.pixel(x, y);
-            r += qRed(p);
-            g += qGreen(p);
-            b += qBlue(p);
-            ++n;
-        }
-    }
-    if (n == 0)
-        return {};
-    return QColor(int(r / n), int(g / n), int(b / n));
+    // A smooth scale to one pixel averages the rectangle's pixels.
+    const QImage part = image.copy(rect).convertToFormat(QImage::Format_RGB32);
+    return part.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0);
 }
 
 bool near(const QColor& a, const QColor& b, int tolerance) {

@@ -36,9 +36,6 @@ private:
 
 // Writes an image of one colour (format by the name's suffix); returns its path.
 QString writeImage(const QString& path, const QSize& size, const QColor& color);
-// Writes a JPEG of one colour whose EXIF orientation (6) says to turn it a quarter clockwise
-// for showing; returns its path.
-QString writeJpegTurnedAQuarter(const QString& path, const QSize& size, const QColor& color);
 // Writes a one-page A4 PDF whose upper half is filled with color; returns its path.
 QString writePdf(const QString& path, const QColor& color);
 QString writeBytes(const QString& path, const QByteArray& bytes);
