@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: MIT
 
+#include "Process.h"
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
 #include "bridge/ShareFolder.h"
@@ -9,9 +10,9 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QProcess>
 #include <QSet>
 
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -41,10 +42,11 @@ TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFi
     constexpr int kPerThread = 10;
     constexpr int kPerProcess = 40;
 
-    std::vector<QProcess> processes(2);
-    for (QProcess& p : processes)
-        p.start(QStringLiteral(STAGE_TOOL),
-                {QString::number(kPerProcess), QString::number(kBytes)});
+    std::vector<std::unique_ptr<velmora::test::Process>> processes;
+    for (int p = 0; p < 2; ++p)
+        processes.push_back(std::make_unique<velmora::test::Process>(
+            QStringLiteral(STAGE_TOOL),
+            QStringList{QString::number(kPerProcess), QString::number(kBytes)}));
 
     std::vector<QStringList> fromThreads(kThreads);
     std::vector<std::thread> threads;
@@ -66,10 +68,10 @@ TEST(StagingConcurrency, ThreadsAndProcessesStagingImagePngGetDistinctCompleteFi
     QStringList all;
     for (const QStringList& l : fromThreads)
         all += l;
-    for (QProcess& p : processes) {
-        ASSERT_TRUE(p.waitForFinished(60000));
-        ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
-        all += QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+    for (const auto& p : processes) {
+        ASSERT_TRUE(p->finish(60000));
+        ASSERT_EQ(p->exitCode(), 0) << p->err().toStdString();
+        all += p->out().split(u'\n', Qt::SkipEmptyParts);
     }
 
     const int expected = kThreads * kPerThread + 2 * kPerProcess;

@@ -101,25 +101,18 @@ TEST_F(TrustInput, SharedHtmlNeverReadsWhatItNames) {
         bool standardInput;
         bool showsRed;
     } rows[] = {
-        {"fifo-as-img-src", QStringLiteral("one<img src=\"%1\" width=40 height=30>").arg(fifo),
-         false, false},
-        {"dev-zero-as-body-table-and-cell-background",
-         QStringLiteral("<body background=/dev/zero><table background=/dev/zero><tr>"
-                        "<td background=/dev/zero>one</td></tr></table></body>"),
-         true, false},
-        {"css-background-image",
-         QStringLiteral("<style>td { background-image: url(/dev/zero) }</style><table><tr><td>"
-                        "one</td></tr></table><p style=\"background-image: url(%1)\">2</p>")
-             .arg(fifo),
-         false, false},
-        {"canary-everywhere",
+        {"pipe-device-and-canary-in-text",
          QStringLiteral("<head><link rel=stylesheet href=\"%1\"></head><body background=\"%1\">"
-                        "<p style=\"background-image: url(%1)\">one</p><img src=\"%1\">"
-                        "<img src=\"%2\" width=30 height=30></body>")
-             .arg(canary, QUrl::fromLocalFile(canary).toString()),
+                        "<style>td { background-image: url(/dev/zero) }</style>"
+                        "<p style=\"background-image: url(%2)\">one</p><img src=\"%1\">"
+                        "<img src=\"%2\" width=40 height=30><img src=\"%3\" width=30 height=30>"
+                        "<table><tr><td>2</td></tr></table></body>")
+             .arg(canary, fifo, QUrl::fromLocalFile(canary).toString()),
          false, false},
-        {"canary-from-standard-input",
-         QStringLiteral("<table background=\"%1\"><tr><td>one</td></tr></table><img src=\"%1\">")
+        {"device-and-canary-on-standard-input",
+         QStringLiteral("<body background=/dev/zero><table background=/dev/zero><tr>"
+                        "<td background=/dev/zero>one</td></tr></table><table background=\"%1\">"
+                        "<tr><td>2</td></tr></table><img src=\"%1\"></body>")
              .arg(canary),
          true, false},
         {"small-data-image", QStringLiteral("one<img src=\"%1\" width=60>").arg(dataUrl(red)),
@@ -132,13 +125,12 @@ TEST_F(TrustInput, SharedHtmlNeverReadsWhatItNames) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        // Drawing a decoded image makes Qt hand its blits to its own thread pool, whose
-        // hand-overs ThreadSanitizer cannot see; there only the rows that decode nothing run.
+        // Drawing a decoded image, or the picture of the composer, makes Qt spread its blits over
+        // its own thread pool, whose hand-overs ThreadSanitizer cannot see: there only the rows
+        // that decode nothing run, and without a picture.
         if (!kPaints && row.html.contains(u"data:"))
             continue;
         const QString shot = files.filePath(QString::fromLatin1(row.name) + QStringLiteral(".png"));
-        // Painting the picture makes Qt spread large blits over its own thread pool, whose
-        // hand-overs ThreadSanitizer cannot see; there the rows are checked without it.
         QStringList args =
             kPaints ? QStringList{QStringLiteral("--screenshot"), shot} : QStringList{};
         args += row.standardInput ? QStringList{QStringLiteral("-")}
@@ -163,7 +155,6 @@ TEST_F(TrustInput, BadInputEndsCleanly) {
     ASSERT_EQ(::write(fd, "kept", 4), 4);
     ::close(fd);
     const QByteArray png = velmora::test::encoded(velmora::test::twoColourImage(64, 48), "png");
-    const QByteArray jpeg = velmora::test::encoded(velmora::test::twoColourImage(64, 48), "jpg");
     const QString hi = QStringLiteral("hi");
 
     const struct {
@@ -190,8 +181,6 @@ TEST_F(TrustInput, BadInputEndsCleanly) {
          2, QStringLiteral("png image data"), {}},
         {"png-declaring-100000-squared", {}, {QStringLiteral("-")},
          velmora::test::pngDeclaringSize(100000, 100000), {}, 2, QStringLiteral("png image data"), {}},
-        {"corrupt-jpeg", {}, {QStringLiteral("-")}, jpeg.left(20) + QByteArray(300, 'U'), {},
-         2, QStringLiteral("jpeg image data"), {}},
         {"text-that-starts-like-a-gif", {}, {QStringLiteral("-")}, "GIF89a hi\n", {}, 0, {}, {}},
         // clang-format on
     };
