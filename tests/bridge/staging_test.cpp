@@ -10,12 +10,15 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 #include <deque>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <vector>
 
 using namespace velmora;
 using velmora::test::readFile;
@@ -185,6 +188,39 @@ TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
     EXPECT_EQ(QFileInfo(staged[0] + QStringLiteral("/link.jpg")).symLinkTarget(),
               staged[0] + QStringLiteral("/sub/b.jpg"));
     EXPECT_EQ(stagedEntries(), (QStringList{QStringLiteral("album")}));
+}
+
+// Threads staging image.png at once each get a name of their own and a complete file of their
+// own, in this share's folder: a file written by two writers at once, or cut short, shows.
+TEST_F(Staging, ThreadsStagingImagePngAtOnceGetDistinctCompleteFiles) {
+    constexpr int kThreads = 8;
+    constexpr int kPerThread = 10;
+    const auto buffer = [](int thread, int i) {
+        const QByteArray tag = "thread" + QByteArray::number(thread) + '-' + QByteArray::number(i);
+        return tag.repeated(256 * 1024 / tag.size());
+    };
+    std::vector<QStringList> fromThreads(kThreads);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([t, &fromThreads, &buffer] {
+            for (int i = 0; i < kPerThread; ++i)
+                fromThreads[t] += ExtensionUtilities::ShareDatas(kService, {buffer(t, i)});
+        });
+    }
+    for (auto& t : threads)
+        t.join();
+    QSet<QString> paths;
+    for (int t = 0; t < kThreads; ++t) {
+        ASSERT_EQ(fromThreads[t].size(), kPerThread);
+        for (int i = 0; i < kPerThread; ++i) {
+            const QString& path = fromThreads[t][i];
+            EXPECT_EQ(QFileInfo(path).path(), stage());
+            EXPECT_TRUE(readFile(path) == buffer(t, i)) << path.toStdString();
+            paths.insert(path);
+        }
+    }
+    EXPECT_EQ(paths.size(), kThreads * kPerThread) << "two writers got one name";
+    EXPECT_EQ(stagedEntries().size(), kThreads * kPerThread) << "temporary files left behind";
 }
 
 // Without a container there are no paths, and without the lock nothing is staged: every
