@@ -349,6 +349,7 @@ TEST_F(Trust, HeadlessHandOffFailureNamesTheEntry) {
         const char* name;
         QByteArray exec;
     } rows[] = {
+        {"program missing", "/nonexistent/velmora %U"},
         {"program not executable", QFile::encodeName(notExecutable) + " %U"},
         {"interpreter missing", QFile::encodeName(badInterpreter) + " %U"},
     };
