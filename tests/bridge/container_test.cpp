@@ -32,12 +32,3 @@ TEST(Container, DataPathIsTheFolderInsideTheContainer) {
     EXPECT_EQ(ExtensionUtilities::GroupDataPath(),
               container.root() + QStringLiteral("/SharedDataBeta"));
 }
-
-TEST(Container, NoContainerGivesNullPaths) {
-    QTemporaryDir dir;
-    velmora::test::writeFile(dir.filePath(QStringLiteral("file")), "x");
-    const ScopedEnv container("VELMORA_GROUP_CONTAINER",
-                              QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
-    EXPECT_TRUE(ExtensionUtilities::GroupPath().isNull());
-    EXPECT_TRUE(ExtensionUtilities::GroupDataPath().isNull());
-}

@@ -172,26 +172,6 @@ TEST_F(Intake, RichTextAndWebLinksFillTheBodyAndTheLastLinkToAnswerGivesTheSubje
     EXPECT_TRUE(run({item({link("https://a.example")})})->subject().isNull()) << "no title";
 }
 
-TEST_F(Intake, FilesFoldersAndImagesAreStaged) {
-    writeFile(sources.filePath(QStringLiteral("notes.txt")), "some notes");
-    writeFile(sources.filePath(QStringLiteral("album/one.txt")), "1");
-    const QImage image = twoColourImage(40, 20);
-    const auto message =
-        run({item({ItemProviders::file(sources.filePath(QStringLiteral("notes.txt"))),
-                   ItemProviders::file(sources.filePath(QStringLiteral("album"))),
-                   ItemProviders::imageData(encoded(image, "png")),
-                   ItemProviders::imageData(jpegWithOrientation(image, 6))}),
-             item({ItemProviders::image(image)})});
-    EXPECT_EQ(
-        attachments(*message),
-        (QSet<QString>{staged(QStringLiteral("notes.txt")), staged(QStringLiteral("album")),
-                       staged(QStringLiteral("image.png")), staged(QStringLiteral("image_1.png")),
-                       staged(QStringLiteral("image_2.png"))}));
-    EXPECT_EQ(readFile(staged(QStringLiteral("album/one.txt"))), "1");
-    for (const char* name : {"image.png", "image_1.png", "image_2.png"})
-        EXPECT_EQ(QImageReader(staged(QString::fromLatin1(name))).format(), "png") << name;
-}
-
 TEST_F(Intake, FailedItemsAreLoggedAndLeftOut) {
     const auto message = run({item({
         std::make_shared<ScriptedProvider>(kUTTypeURL, QVariant(), Error{"Test", 1, "gone"}),
@@ -208,41 +188,11 @@ TEST_F(Intake, FailedItemsAreLoggedAndLeftOut) {
         EXPECT_EQ(log.linesStartingWith(prefix + QLatin1String(line)).size(), 1) << line;
 }
 
-TEST_F(Intake, ProvidersAnsweringFromManyThreadsInScrambledOrderAllArrive) {
-    ExtensionContext::Items items;
-    QSet<QString> files;
-    QStringList anchors;
-    auto randomDelay = [] { return delay(QRandomGenerator::global()->bounded(40)); };
-    for (int i = 0; i < 8; ++i) {
-        const QString name = QStringLiteral("file%1.txt").arg(i);
-        writeFile(sources.filePath(name), QByteArray::number(i));
-        const QString web = QStringLiteral("https://example.org/%1").arg(i);
-        items << item(
-            {std::make_shared<ScriptedProvider>(kUTTypeURL,
-                                                QUrl::fromLocalFile(sources.filePath(name)),
-                                                std::nullopt, randomDelay()),
-             link(web, randomDelay()),
-             std::make_shared<ScriptedProvider>(kUTTypeImage, QVariant(twoColourImage(8, 8)),
-                                                std::nullopt, randomDelay())},
-            QStringLiteral("Title %1").arg(i));
-        files << staged(name) << staged(i ? QStringLiteral("image_%1.png").arg(i) : "image.png");
-        anchors << anchor(web);
-    }
-    const auto message = run(items);
-    EXPECT_EQ(attachments(*message), files);
-    const QString body = message->htmlBody();
-    qsizetype length = 0;
-    for (const QString& a : anchors) {
-        EXPECT_EQ(body.count(a), 1) << a.toStdString();
-        length += a.size();
-    }
-    EXPECT_EQ(body.size(), length) << "anchors were torn: " << body.toStdString();
-    EXPECT_TRUE(message->subject().startsWith(u"Title "));
-}
-
-TEST_F(Intake, ManyProvidersAnswerOnFewThreadsWhileTheWaitAndOtherWorkHoldThreads) {
-    // Every thread of the global background queue is held until the intake has ended: its wait
-    // must not need one, nor the providers, which answer on the default queue.
+// Files, folders, links, images and image data from providers answering in scrambled order,
+// some from threads of their own and most on the default queue, all arrive with no link torn, while
+// every thread of the global background queue is held until the intake has ended: neither its wait
+// nor the providers may need one.
+TEST_F(Intake, ManyProvidersAnsweringInScrambledOrderOnFewThreadsAllArrive) {
     std::promise<void> release;
     const std::shared_future<void> released = release.get_future().share();
     DispatchQueue& background = DispatchQueue::global(DispatchQueue::Priority::Background);
@@ -251,18 +201,58 @@ TEST_F(Intake, ManyProvidersAnswerOnFewThreadsWhileTheWaitAndOtherWorkHoldThread
 
     ExtensionContext::Items items;
     QSet<QString> files;
+    QStringList anchors;
+    const auto randomDelay = [] { return delay(QRandomGenerator::global()->bounded(40)); };
     for (int i = 0; i < 60; ++i) {
         const QString name = QStringLiteral("f%1.txt").arg(i);
         writeFile(sources.filePath(name), QByteArray::number(i));
-        items << item({ItemProviders::file(sources.filePath(name)),
-                       ItemProviders::link(QUrl(QStringLiteral("https://example.org/%1").arg(i)))});
+        const QUrl web(QStringLiteral("https://example.org/%1").arg(i));
+        // The last link to answer gives the subject: every item has a title.
+        const QString title = QStringLiteral("Title %1").arg(i);
+        if (i < 8) {
+            items << item(
+                {std::make_shared<ScriptedProvider>(kUTTypeURL,
+                                                    QUrl::fromLocalFile(sources.filePath(name)),
+                                                    std::nullopt, randomDelay()),
+                 link(web.toString(), randomDelay()),
+                 std::make_shared<ScriptedProvider>(kUTTypeImage, QVariant(twoColourImage(8, 8)),
+                                                    std::nullopt, randomDelay())},
+                title);
+        } else {
+            items << item({ItemProviders::file(sources.filePath(name)), ItemProviders::link(web)},
+                          title);
+        }
         files << staged(name);
+        anchors << anchor(web.toString());
     }
+    // A folder, image data (a JPEG turned by its orientation tag among them) and an image.
+    writeFile(sources.filePath(QStringLiteral("album/one.txt")), "1");
+    const QImage image = twoColourImage(40, 20);
+    items << item({ItemProviders::file(sources.filePath(QStringLiteral("album"))),
+                   ItemProviders::imageData(encoded(image, "png")),
+                   ItemProviders::imageData(jpegWithOrientation(image, 6)),
+                   ItemProviders::image(image)},
+                  QStringLiteral("Title"));
+    files << staged(QStringLiteral("album"));
+    QStringList images{staged(QStringLiteral("image.png"))};
+    for (int i = 1; i < 11; ++i)
+        images << staged(QStringLiteral("image_%1.png").arg(i));
+    files.unite(QSet<QString>(images.begin(), images.end()));
     const auto message = run(items);
     release.set_value();
     EXPECT_LT(sleeps, 101) << "every provider answered";
     EXPECT_EQ(attachments(*message), files);
-    EXPECT_EQ(message->htmlBody().count(QStringLiteral("<a href=")), 60);
+    EXPECT_EQ(readFile(staged(QStringLiteral("album/one.txt"))), "1");
+    for (const QString& staged : images)
+        EXPECT_EQ(QImageReader(staged).format(), "png") << staged.toStdString();
+    const QString body = message->htmlBody();
+    qsizetype length = 0;
+    for (const QString& a : anchors) {
+        EXPECT_EQ(body.count(a), 1) << a.toStdString();
+        length += a.size();
+    }
+    EXPECT_EQ(body.size(), length) << "anchors were torn: " << body.toStdString();
+    EXPECT_TRUE(message->subject().startsWith(u"Title "));
     EXPECT_LE(DispatchQueue::global(DispatchQueue::Priority::Default).threadCount(),
               DispatchQueue::defaultWidth());
 }

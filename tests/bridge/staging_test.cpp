@@ -5,13 +5,20 @@
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
 #include "bridge/ShareFolder.h"
+#include "platform/FileCoordinator.h"
 #include "platform/Log.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QRandomGenerator>
+#include <QSet>
 
+#include <deque>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
 
 using namespace velmora;
 using velmora::test::readFile;
@@ -20,6 +27,40 @@ using velmora::test::writeFile;
 namespace {
 
 const QString kService = QStringLiteral("ShareFull");
+
+// Whether another holder could take the staging folder's lock right now.
+bool stagingLockIsFree(const QString& dataFolder) {
+    const QByteArray lock =
+        QFile::encodeName(FileCoordinator::lockPathFor(dataFolder + u'/' + kService));
+    const int fd = ::open(lock.constData(), O_RDWR | O_CLOEXEC);
+    const bool free = fd >= 0 && ::flock(fd, LOCK_EX | LOCK_NB) == 0;
+    if (fd >= 0)
+        ::close(fd);
+    return free;
+}
+
+// Hands out requests in order; each done records what it staged.
+struct Requests {
+    std::deque<ExtensionUtilities::StagingRequest> queued;
+    QList<QStringList> staged;
+    QList<bool> lockFree; // whether the lock was free whenever a request was handed out
+
+    void add(QStringList paths, QList<QByteArray> datas) {
+        queued.push_back({std::move(paths), std::move(datas), {}, [this](const QStringList& s) {
+                              staged.append(s);
+                          }});
+    }
+    std::function<std::optional<ExtensionUtilities::StagingRequest>()> take(const QString& data) {
+        return [this, data]() -> std::optional<ExtensionUtilities::StagingRequest> {
+            lockFree.append(stagingLockIsFree(data));
+            if (queued.empty())
+                return std::nullopt;
+            auto request = std::move(queued.front());
+            queued.pop_front();
+            return request;
+        };
+    }
+};
 
 class Staging : public ::testing::Test {
 protected:
@@ -83,36 +124,49 @@ TEST_F(Staging, ASecondShareStartsEmptyAndLeavesTheFirstSharesFilesWithoutALogLi
               QStringList{stage() + QStringLiteral("/a.txt")});
 }
 
-TEST_F(Staging, FilesKeepTheirNamesContentAndModeAndCollideIntoNumberedNames) {
+// Several requests under one hold of the lock: each gets what it would get alone. Files keep
+// their names, content and mode, and same names get numbered ones, also across requests; a
+// source that cannot be read is logged and left out, harming none of the others, and nothing
+// half-made stays behind.
+TEST_F(Staging, RequestsUnderOneHoldOfTheLockGetWhatEachGetsAlone) {
     const QString first = source(QStringLiteral("one/photo.jpg"), "first");
-    const QString second = source(QStringLiteral("two/photo.jpg"), "second");
     const QString readme = source(QStringLiteral("README"), "readme");
     ::chmod(QFile::encodeName(readme).constData(), 0750);
+    const QString fifo = sources.filePath(QStringLiteral("pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
 
-    const QStringList staged = ExtensionUtilities::ShareFiles(kService, {first, second, readme});
-    EXPECT_EQ(staged, (QStringList{stage() + QStringLiteral("/photo.jpg"),
-                                   stage() + QStringLiteral("/photo_1.jpg"),
-                                   stage() + QStringLiteral("/README")}));
-    EXPECT_EQ(readFile(staged[0]), "first");
-    EXPECT_EQ(readFile(staged[1]), "second");
+    Requests requests;
+    requests.add({first, source(QStringLiteral("two/photo.jpg"), "second"),
+                  sources.filePath(QStringLiteral("vanished.txt")), fifo, readme},
+                 {});
+    requests.add({}, {"one", "two", QByteArray()});
+    requests.add({first}, {});
+    ExtensionUtilities::ShareBatch(kService, requests.take(container.dataFolder()));
+
+    const auto at = [this](const char* name) { return stage() + u'/' + QLatin1String(name); };
+    EXPECT_EQ(requests.staged,
+              (QList<QStringList>{{at("photo.jpg"), at("photo_1.jpg"), at("README")},
+                                  {at("image.png"), at("image_1.png"), at("image_2.png")},
+                                  {at("photo_2.jpg")}}));
+    QStringList contents;
+    for (const char* name :
+         {"photo.jpg", "photo_1.jpg", "photo_2.jpg", "image.png", "image_1.png", "image_2.png"})
+        contents.append(QString::fromLatin1(readFile(at(name))));
+    EXPECT_EQ(contents, (QStringList{"first", "second", "first", "one", "two", ""}));
     struct stat st {};
-    ASSERT_EQ(::stat(QFile::encodeName(staged[2]).constData(), &st), 0);
+    ASSERT_EQ(::stat(QFile::encodeName(at("README")).constData(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0750u);
-    EXPECT_TRUE(log.lines().isEmpty());
-
-    // A later share of the same names continues the numbering.
-    EXPECT_EQ(ExtensionUtilities::ShareFiles(kService, {first}),
-              QStringList{stage() + QStringLiteral("/photo_2.jpg")});
-}
-
-TEST_F(Staging, LargeFileIsCopiedExactly) {
-    QByteArray bytes(8 * 1024 * 1024 + 3, Qt::Uninitialized);
-    QRandomGenerator rng(7);
-    rng.fillRange(reinterpret_cast<quint32*>(bytes.data()), bytes.size() / 4);
-    const QStringList staged =
-        ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("big.bin"), bytes)});
-    ASSERT_EQ(staged.size(), 1);
-    EXPECT_TRUE(readFile(staged[0]) == bytes);
+    // Every request, and the question that found none left, came while the lock was held.
+    EXPECT_EQ(requests.lockFree, QList<bool>(4, false));
+    EXPECT_TRUE(stagingLockIsFree(container.dataFolder()));
+    const QStringList lines = log.lines();
+    ASSERT_EQ(lines.size(), 2) << lines.join(u'\n').toStdString();
+    EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] Error writing file shareFiles "));
+    EXPECT_TRUE(lines[0].contains(QStringLiteral("vanished.txt")));
+    EXPECT_TRUE(lines[1].startsWith(u"[***ERROR***] Error writing file shareFiles "));
+    EXPECT_TRUE(lines[1].contains(QStringLiteral("pipe")));
+    EXPECT_EQ(stagedEntries(), (QStringList{"README", "image.png", "image_1.png", "image_2.png",
+                                            "photo.jpg", "photo_1.jpg", "photo_2.jpg"}));
 }
 
 TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
@@ -136,46 +190,55 @@ TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
     EXPECT_EQ(stagedEntries(), (QStringList{QStringLiteral("album")}));
 }
 
-TEST_F(Staging, UnreadableSourcesAreLoggedAndLeftOutWithoutHarmingOthers) {
-    const QString fifo = sources.filePath(QStringLiteral("pipe"));
-    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-    const QString good = source(QStringLiteral("good.txt"), "good");
-
-    const QStringList staged = ExtensionUtilities::ShareFiles(
-        kService, {sources.filePath(QStringLiteral("vanished.txt")), fifo, good});
-    EXPECT_EQ(staged, QStringList{stage() + QStringLiteral("/good.txt")});
-    const QStringList errors =
-        log.linesStartingWith(u"[***ERROR***] Error writing file shareFiles ");
-    ASSERT_EQ(errors.size(), 2) << log.lines().join(u'\n').toStdString();
-    EXPECT_TRUE(errors[0].contains(QStringLiteral("vanished.txt")));
-    EXPECT_TRUE(errors[1].contains(QStringLiteral("pipe")));
-    // Nothing half-made stays behind.
-    EXPECT_EQ(stagedEntries(), QStringList{QStringLiteral("good.txt")});
+// Threads staging image.png at once each get a name of their own and a complete file of their
+// own, in this share's folder: a file written by two writers at once, or cut short, shows.
+TEST_F(Staging, ThreadsStagingImagePngAtOnceGetDistinctCompleteFiles) {
+    constexpr int kThreads = 8;
+    constexpr int kPerThread = 10;
+    const auto buffer = [](int thread, int i) {
+        const QByteArray tag = "thread" + QByteArray::number(thread) + '-' + QByteArray::number(i);
+        return tag.repeated(256 * 1024 / tag.size());
+    };
+    std::vector<QStringList> fromThreads(kThreads);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([t, &fromThreads, &buffer] {
+            for (int i = 0; i < kPerThread; ++i)
+                fromThreads[t] += ExtensionUtilities::ShareDatas(kService, {buffer(t, i)});
+        });
+    }
+    for (auto& t : threads)
+        t.join();
+    QSet<QString> paths;
+    for (int t = 0; t < kThreads; ++t) {
+        ASSERT_EQ(fromThreads[t].size(), kPerThread);
+        for (int i = 0; i < kPerThread; ++i) {
+            const QString& path = fromThreads[t][i];
+            EXPECT_EQ(QFileInfo(path).path(), stage());
+            EXPECT_TRUE(readFile(path) == buffer(t, i)) << path.toStdString();
+            paths.insert(path);
+        }
+    }
+    EXPECT_EQ(paths.size(), kThreads * kPerThread) << "two writers got one name";
+    EXPECT_EQ(stagedEntries().size(), kThreads * kPerThread) << "temporary files left behind";
 }
 
-TEST_F(Staging, ImageDataIsNumberedFromImagePng) {
-    const QStringList staged =
-        ExtensionUtilities::ShareDatas(kService, {"one", "two", QByteArray()});
-    EXPECT_EQ(staged, (QStringList{stage() + QStringLiteral("/image.png"),
-                                   stage() + QStringLiteral("/image_1.png"),
-                                   stage() + QStringLiteral("/image_2.png")}));
-    EXPECT_EQ(readFile(staged[0]), "one");
-    EXPECT_EQ(readFile(staged[1]), "two");
-    EXPECT_TRUE(QFileInfo(staged[2]).exists());
-    EXPECT_EQ(QFileInfo(staged[2]).size(), 0);
-    EXPECT_EQ(stagedEntries().size(), 3);
-}
-
+// Without a container there are no paths, and without the lock nothing is staged: every
+// operation, every request of a batch too, logs its own line.
 TEST(StagingWithoutContainer, EveryOperationLogsItsCoordinationLine) {
     QTemporaryDir dir;
     writeFile(dir.filePath(QStringLiteral("file")), "x");
     const velmora::test::ScopedEnv container(
         "VELMORA_GROUP_CONTAINER", QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
+    EXPECT_TRUE(ExtensionUtilities::GroupPath().isNull());
+    EXPECT_TRUE(ExtensionUtilities::GroupDataPath().isNull());
     LogCapture log;
     ExtensionUtilities::ShareInit(kService);
-    EXPECT_TRUE(
-        ExtensionUtilities::ShareFiles(kService, {dir.filePath(QStringLiteral("file"))}).isEmpty());
-    EXPECT_TRUE(ExtensionUtilities::ShareDatas(kService, {"png"}).isEmpty());
+    Requests requests;
+    requests.add({dir.filePath(QStringLiteral("file"))}, {});
+    requests.add({}, {"png"});
+    ExtensionUtilities::ShareBatch(kService, requests.take(QString()));
+    EXPECT_EQ(requests.staged, (QList<QStringList>{{}, {}}));
     const QStringList lines = log.lines();
     ASSERT_EQ(lines.size(), 3) << lines.join(u'\n').toStdString();
     EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] shareInit "));
