@@ -15,6 +15,7 @@
 
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace velmora {
 
@@ -40,10 +41,17 @@ public:
         QString nickname;
         qint64 rank = 0;
     };
-    // Every field under one lock, for code that reads them all (the suggestion index).
+    // Every field under one lock, for code that reads them all.
     Fields fields() const {
         const QMutexLocker lock(&m_mutex);
         return m_fields;
+    }
+    // Calls read with the fields under the record's lock, without copying them: the suggestion
+    // index reads a large book twice this way, where copies would cost a reference count per
+    // string or, kept, the fields' size once more.
+    template <typename Read> decltype(auto) readFields(Read&& read) const {
+        const QMutexLocker lock(&m_mutex);
+        return std::forward<Read>(read)(std::as_const(m_fields));
     }
 
     QString mail() const { return get(&Fields::mail); }

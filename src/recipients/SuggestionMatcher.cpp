@@ -4,8 +4,12 @@
 
 #include "recipients/SuggestionMatcher.h"
 
+#include <QHashFunctions>
+
 #include <algorithm>
 #include <array>
+#include <numeric>
+#include <utility>
 
 namespace velmora {
 
@@ -59,7 +63,10 @@ struct SuggestionMatcher::Index {
     QString prefixes;                   // the lower-cased prefix fields of every entry
     std::vector<qsizetype> prefixStart; // entry * kPrefixFields + field -> start; one extra
     std::vector<char16_t> prefixFirst;  // first unit of each prefix field (0 when empty)
-    QHash<QString, qsizetype> firstByMail;
+    // (hash of the mail as written, index in addresses), sorted: an exact mail is found among
+    // the few addresses whose mails share its hash, at 8 bytes an address where a hash table
+    // keyed by the mails takes about 40.
+    std::vector<std::pair<size_t, quint32>> byMailHash;
     QList<QString> groupNames; // lower-cased; null for a group without members
 
     std::array<quint32, 256> unitFrequency{}; // how often each Latin-1 unit occurs in mails
@@ -78,23 +85,27 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
     x.addresses = std::move(addresses);
     x.groups = std::move(groups);
     const auto count = std::size_t(x.addresses.size());
-    // Each record's fields are read once, under its one lock, and the long strings are sized
-    // from them before anything is appended.
-    std::vector<ExtensionAddress::Fields> fields;
-    fields.reserve(count);
-    x.order.resize(count);
+    // The records are read twice under their locks, without copying their fields: first for the
+    // ranks, the mails' hashes and the sizes of the long strings, then in result order to fill
+    // them. Keeping a copy of every record's fields instead would cost the book's size again.
+    std::vector<qint64> ranks(count);
+    x.byMailHash.resize(count);
     qsizetype mailUnits = 0;
     qsizetype prefixUnits = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        const ExtensionAddress::Fields& f =
-            fields.emplace_back(x.addresses[qsizetype(i)]->fields());
-        x.order[i] = quint32(i);
-        mailUnits += f.mail.size();
-        prefixUnits +=
-            2 * (f.firstName.size() + f.lastName.size()) + 1 + f.company.size() + f.nickname.size();
+        x.addresses[qsizetype(i)]->readFields([&](const ExtensionAddress::Fields& f) {
+            ranks[i] = f.rank;
+            x.byMailHash[i] = {qHash(f.mail), quint32(i)};
+            mailUnits += f.mail.size();
+            prefixUnits += 2 * (f.firstName.size() + f.lastName.size()) + 1 + f.company.size() +
+                           f.nickname.size();
+        });
     }
+    std::sort(x.byMailHash.begin(), x.byMailHash.end());
+    x.order.resize(count);
+    std::iota(x.order.begin(), x.order.end(), quint32(0));
     std::stable_sort(x.order.begin(), x.order.end(),
-                     [&](quint32 a, quint32 b) { return fields[a].rank > fields[b].rank; });
+                     [&](quint32 a, quint32 b) { return ranks[a] > ranks[b]; });
 
     x.mails.reserve(mailUnits);
     x.prefixes.reserve(prefixUnits);
@@ -108,14 +119,15 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
         x.prefixFirst.push_back(x.prefixes.size() > start ? x.prefixes.at(start).unicode() : u'\0');
     };
     for (const quint32 i : x.order) {
-        const ExtensionAddress::Fields& f = fields[i];
-        x.mailStart.push_back(x.mails.size());
-        appendLowerCased(x.mails, f.mail);
-        addPrefix([&](QString& out) { appendLowerCased(out, f.firstName); });
-        addPrefix([&](QString& out) { appendLowerCased(out, f.lastName); });
-        addPrefix([&](QString& out) { appendLowerCasedFullName(out, f); });
-        addPrefix([&](QString& out) { appendLowerCased(out, f.company); });
-        addPrefix([&](QString& out) { appendLowerCased(out, f.nickname); });
+        x.addresses[qsizetype(i)]->readFields([&](const ExtensionAddress::Fields& f) {
+            x.mailStart.push_back(x.mails.size());
+            appendLowerCased(x.mails, f.mail);
+            addPrefix([&](QString& out) { appendLowerCased(out, f.firstName); });
+            addPrefix([&](QString& out) { appendLowerCased(out, f.lastName); });
+            addPrefix([&](QString& out) { appendLowerCasedFullName(out, f); });
+            addPrefix([&](QString& out) { appendLowerCased(out, f.company); });
+            addPrefix([&](QString& out) { appendLowerCased(out, f.nickname); });
+        });
     }
     x.mailStart.push_back(x.mails.size());
     for (const QChar unit : std::as_const(x.mails)) {
@@ -124,10 +136,6 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
     }
     x.prefixStart.push_back(x.prefixes.size());
 
-    // Backwards, so that the first of several addresses with one mail is the one kept.
-    x.firstByMail.reserve(qsizetype(count));
-    for (qsizetype i = qsizetype(count) - 1; i >= 0; --i)
-        x.firstByMail.insert(fields[std::size_t(i)].mail, i);
     for (const auto& group : x.groups)
         x.groupNames.append(group->addresses().isEmpty() ? QString() : group->name().toLower());
     m_index = std::move(index);
@@ -223,8 +231,17 @@ bool SuggestionMatcher::Index::prefixMatches(std::size_t entry, QStringView quer
 }
 
 std::shared_ptr<ExtensionAddress> SuggestionMatcher::addressForMail(const QString& mail) const {
-    const auto it = m_index->firstByMail.constFind(mail);
-    return it == m_index->firstByMail.cend() ? nullptr : m_index->addresses[*it];
+    const Index& x = *m_index;
+    // Within one hash the addresses are in file order, so the first equal mail is the first
+    // address with it.
+    const auto candidates =
+        std::ranges::equal_range(x.byMailHash, qHash(mail), {}, &std::pair<size_t, quint32>::first);
+    for (const auto& [hash, i] : candidates) {
+        const auto& address = x.addresses[qsizetype(i)];
+        if (address->mail() == mail)
+            return address;
+    }
+    return nullptr;
 }
 
 Suggestions::Suggestions(std::shared_ptr<const SuggestionMatcher::Index> index,

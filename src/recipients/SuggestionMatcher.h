@@ -6,7 +6,6 @@
 
 #include "recipients/Recipient.h"
 
-#include <QHash>
 #include <QList>
 #include <QString>
 
