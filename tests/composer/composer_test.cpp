@@ -20,6 +20,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
@@ -349,6 +350,9 @@ TEST_F(Composer, SendWaitsForStagingAndAFailedLaunchLosesNothing) {
     EXPECT_TRUE(texts[1].startsWith(QStringLiteral("pipe\n"))) << texts[1].toStdString();
     EXPECT_TRUE(texts[1].contains(QStringLiteral("not a file or folder")));
     EXPECT_GT(cards->width(), 0);
+    // A folder's size is not known while it is copied: its card counts what is done.
+    EXPECT_EQ(StagingStatusView::progressText(3 << 20, -1),
+              QLocale().formattedDataSize(3 << 20) + QStringLiteral(" copied"));
 
     composer->subjectField()->setText(QStringLiteral("Minutes"));
     QPushButton* send = composer->sendBtn();

@@ -118,6 +118,7 @@ TEST(LinkDetection, FindsLinksInProse) {
          s("file:///tmp/x y and velmora://send?a=1"),
          {s("file:///tmp/x"), s("velmora://send?a=1")}},
         {"www_host", s("visit WWW.H.test.org/x?y=1, now"), {s("http://www.h.test.org/x?y=1")}},
+        {"www_at_sentence_end", s("at www.h.test.org."), {s("http://www.h.test.org")}},
         {"www_too_short", s("www.test or xwww.a.test.org"), {}},
         {"email", s("write to ada.l+x@mail.h.test."), {s("mailto:ada.l+x@mail.h.test")}},
         {"mailto", s("mailto:ada@h.test?subject=Hi"), {s("mailto:ada@h.test?subject=Hi")}},

@@ -139,9 +139,6 @@ TEST(QueryCodec, BuildsAndReadsEveryMode) {
         {"single_array_syntax_alone", Write, u("s=v"), QueryArraySyntax, single},
         {"only_an_empty_list", Write, u(""), QueryModeKeepLast, {{u("a"), L()}}},
         {"query_before_fragment", Read, u("x://h/p?a=1#b=2"), 0, {{u("a"), u("1")}}},
-        {"bare_query", Read, u("k=v"), 0, {{u("k"), u("v")}}},
-        {"equals_only_in_fragment", Read, u("x://h/p#a=1"), 0, {}},
-        {"hash_before_question", Read, u("a#b?c=1"), 0, {}},
         {"repeat_default_keeps_last", Read, u("a=1&a=2"), 0, {{u("a"), u("2")}}},
         {"repeat_keep_first", Read, u("a=1&a=2"), QueryModeKeepFirst, {{u("a"), u("1")}}},
         {"repeat_arrays",
@@ -179,6 +176,30 @@ TEST(QueryCodec, BuildsAndReadsEveryMode) {
     }
     // An empty value is there: the empty text, not null.
     EXPECT_FALSE(std::get<QString>(URLQueryParameters(u("?b=")).value(u("b"))).isNull());
+}
+
+// Where a query sits: the location and length a caller's edit relies on, and its text.
+TEST(QueryLocation, FindsTheQueryBeforeTheFragment) {
+    struct Row {
+        const char* name;
+        QString text;
+        std::optional<QueryRange> range;
+        QString query;
+    };
+    const Row rows[] = {
+        {"with_fragment", u("x://h/p?a=1&b=2#frag"), QueryRange{7, 8}, u("a=1&b=2")},
+        {"bare_query", u("k=v"), QueryRange{0, 3}, u("k=v")},
+        {"empty_query", u("x://h?"), QueryRange{5, 1}, u("")},
+        {"no_query", u("x://h/path"), std::nullopt, QString()},
+        {"equals_only_in_fragment", u("x://h/p#a=1"), std::nullopt, QString()},
+        {"hash_before_question", u("a#b?c"), std::nullopt, QString()},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(rangeOfURLQuery(row.text), row.range);
+        EXPECT_EQ(URLQuery(row.text), row.query);
+        EXPECT_EQ(URLQuery(row.text).isNull(), row.query.isNull());
+    }
 }
 
 // For any map of strings, reading "?" + the built query with options 0 gives the map back. A key

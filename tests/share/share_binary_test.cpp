@@ -109,7 +109,8 @@ TEST_F(ShareBinary, UsageErrorsTouchNothingAndSpeakTheUsersLanguage) {
 // Contacts are matched on the exact mail only, and the groups file offers no group, so "Team" is
 // typed text like any other; an alias sends for its account.
 TEST_F(ShareBinary, HeadlessRunsPrintTheMessageSent) {
-    const QImage picture = velmora::test::twoColourImage(64, 48);
+    // Large enough that its thumbnail is still being made when the screenshot is due.
+    const QImage picture = velmora::test::twoColourImage(600, 400);
     const QByteArray jpeg = velmora::test::encoded(picture, "jpg");
     writeFile(at(QStringLiteral("photo.jpg")), jpeg);
     writeFile(at(QStringLiteral("lake.png")), velmora::test::encoded(picture, "png"));
