@@ -318,6 +318,13 @@ QByteArray temporaryTemplate(const QString& folder) {
     return encoded(folder + QStringLiteral("/.velmora-staging-XXXXXX"));
 }
 
+// The failure of the call that just set errno while making or filling an entry in folder.
+FileStaging::Result cannotWriteInto(const QString& folder) {
+    const int error = errno;
+    return {
+        {}, Error::posix(error, QStringLiteral("cannot write into %1").arg(quoted(folder))), {}};
+}
+
 } // namespace
 
 FileStaging::Result FileStaging::copyItem(const QString& source, const QString& folder,
@@ -341,9 +348,7 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
         QByteArray templ = temporaryTemplate(folder);
         FileDescriptor out(::mkostemp(templ.data(), O_CLOEXEC));
         if (out.get() < 0)
-            return {{},
-                    Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
-                    {}};
+            return cannotWriteInto(folder);
         TemporaryEntry temporary(templ);
         Copy copy{progress, qint64(st.st_size), 0, {}};
         if (auto error = copyFileData(in.get(), out.get(), st.st_size, copy, source))
@@ -362,18 +367,14 @@ FileStaging::Result FileStaging::copyItem(const QString& source, const QString& 
 
     QByteArray templ = temporaryTemplate(folder);
     if (!::mkdtemp(templ.data()))
-        return {{},
-                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
-                {}};
+        return cannotWriteInto(folder);
     // A folder's copy is built inside a private temporary folder, so a half-made copy never has
     // a name that anybody could take for a staged file; the finished entry is then moved into
     // place.
     TemporaryEntry holder(templ);
     FileDescriptor holderFd(::open(templ.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (holderFd.get() < 0)
-        return {{},
-                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
-                {}};
+        return cannotWriteInto(folder);
     Copy copy{progress, -1, 0, {}};
     if (auto error = copyInto(in.get(), st, holderFd.get(), "item", source, 0, copy))
         return {{}, error, {}};
@@ -390,18 +391,14 @@ FileStaging::Result FileStaging::writeData(const QByteArray& bytes, const QStrin
     QByteArray templ = temporaryTemplate(folder);
     FileDescriptor out(::mkostemp(templ.data(), O_CLOEXEC));
     if (out.get() < 0)
-        return {{},
-                Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
-                {}};
+        return cannotWriteInto(folder);
     TemporaryEntry temporary(templ);
     for (qsizetype done = 0; done < bytes.size();) {
         const ssize_t w = ::write(out.get(), bytes.constData() + done, size_t(bytes.size() - done));
         if (w < 0 && errno == EINTR)
             continue;
         if (w < 0)
-            return {{},
-                    Error::posix(errno, QStringLiteral("cannot write into %1").arg(quoted(folder))),
-                    {}};
+            return cannotWriteInto(folder);
         done += w;
     }
     // mkstemp makes the file private; a staged file is as readable as any the user writes.
