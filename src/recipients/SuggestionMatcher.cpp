@@ -5,11 +5,13 @@
 #include "recipients/SuggestionMatcher.h"
 
 #include "platform/Log.h"
+#include "recipients/LowerCasedText.h"
 
 #include <QHashFunctions>
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 #include <numeric>
 #include <utility>
@@ -18,40 +20,50 @@ namespace velmora {
 
 namespace {
 
-// Appends text lower-cased as QString::toLower() would: ASCII in place, anything else through
-// toLower(), whose mappings may change the length.
-void appendLowerCased(QString& out, QStringView text) {
-    for (const QChar c : text) {
-        if (c.unicode() >= 0x80) {
-            out += text.toString().toLower();
-            return;
-        }
-    }
-    const qsizetype start = out.size();
-    out.resize(start + text.size());
-    char16_t* to = reinterpret_cast<char16_t*>(out.data()) + start;
-    for (const QChar c : text) {
-        const char16_t u = c.unicode();
-        *to++ = (u >= u'A' && u <= u'Z') ? char16_t(u + (u'a' - u'A')) : u;
-    }
-}
-
 // How an entry's full name ("first last", trimmed) is kept. Nearly always it is the first name,
 // a space and the last name, which the index holds next to each other already: it is read from
 // them. With one name empty it is the other name, which a field of its own matches already,
-// unless trimming changes it. Only what is left is stored: names with white space at the ends.
+// unless trimming changes it. Only what is left is stored: names with white space at the ends,
+// and names with surrogates, since QString::toLower() may turn a lone one into U+FFFD or keep
+// it, depending on what comes before it in the same string.
 enum class FullNameForm { OfParts, SameAsAName, Stored };
+
+bool hasSurrogates(QStringView text) {
+    return std::ranges::any_of(text, [](QChar c) { return c.isSurrogate(); });
+}
 
 FullNameForm fullNameForm(const ExtensionAddress::Fields& f) {
     const QString& first = f.firstName;
     const QString& last = f.lastName;
-    if (!first.isEmpty() && !last.isEmpty())
-        return first.front().isSpace() || last.back().isSpace() ? FullNameForm::Stored
-                                                                : FullNameForm::OfParts;
+    if (!first.isEmpty() && !last.isEmpty()) {
+        const bool apart = first.front().isSpace() || last.back().isSpace() ||
+                           hasSurrogates(first) || hasSurrogates(last);
+        return apart ? FullNameForm::Stored : FullNameForm::OfParts;
+    }
     const QString& name = first.isEmpty() ? last : first;
     if (name.isEmpty() || (!name.front().isSpace() && !name.back().isSpace()))
         return FullNameForm::SameAsAName;
     return FullNameForm::Stored;
+}
+
+// A unit of either kind of text.
+char16_t unitOf(QChar unit) {
+    return unit.unicode();
+}
+char16_t unitOf(char latin1) {
+    return uchar(latin1);
+}
+
+// The first position at or after from where text holds unit, or -1: a vectorised scan either way.
+qsizetype indexOfUnit(QStringView text, char16_t unit, qsizetype from) {
+    return text.indexOf(QChar(unit), from);
+}
+
+qsizetype indexOfUnit(QLatin1StringView text, char16_t unit, qsizetype from) {
+    if (unit > 0xff || from >= text.size())
+        return -1;
+    const void* found = std::memchr(text.data() + from, unit, std::size_t(text.size() - from));
+    return found ? static_cast<const char*>(found) - text.data() : -1;
 }
 
 } // namespace
@@ -72,13 +84,14 @@ struct SuggestionMatcher::Index {
     Addresses addresses;
     Groups groups;
     std::vector<quint32> order;      // entry -> index in addresses
-    QString mails;                   // every lower-cased mail, back to back
+    LowerCasedText mails;            // every lower-cased mail, back to back
     std::vector<Offset> mailStart;   // entry -> start in mails; one extra at the end
-    QString prefixes;                // the lower-cased prefix fields of every entry
+    LowerCasedText prefixes;         // the lower-cased prefix fields of every entry
     std::vector<Offset> prefixStart; // entry * kPrefixFields + field -> start; one extra
-    // First unit of each prefix field (0 when empty); a full name read from the names has the
-    // first name's.
-    std::vector<char16_t> prefixFirst;
+    // The low byte of each prefix field's first unit (0 when empty), a quick first test that
+    // the comparison of the whole prefix decides; a full name read from the names has the first
+    // name's.
+    std::vector<uchar> prefixFirst;
     std::vector<bool> fullNameOfParts; // entry -> its full name is read from first and last
     // (32-bit hash of the mail as written, index in addresses), sorted: an exact mail is found
     // among the few addresses whose mails share its hash, at 8 bytes an address where a hash
@@ -89,13 +102,18 @@ struct SuggestionMatcher::Index {
     std::array<quint32, 256> unitFrequency{}; // how often each Latin-1 unit occurs in mails
 
     static quint32 mailHash(const QString& mail) { return quint32(qHash(mail)); }
-    void markMailMatches(QStringView query, std::vector<char>& matched) const;
+    // The matching below reads the long strings as QLatin1StringView or QStringView (Text), as
+    // they are held.
+    template <typename Text>
+    void markMailMatches(Text all, QStringView query, std::vector<char>& matched) const;
     quint32 frequency(QChar unit) const;
-    QStringView field(std::size_t f) const {
-        return QStringView(prefixes).sliced(prefixStart[f], prefixStart[f + 1] - prefixStart[f]);
+    template <typename Text> Text field(Text all, std::size_t f) const {
+        return all.sliced(prefixStart[f], prefixStart[f + 1] - prefixStart[f]);
     }
-    bool prefixMatches(std::size_t entry, QStringView query) const;
-    bool fullNameOfPartsStartsWith(std::size_t base, QStringView query) const;
+    template <typename Text>
+    bool prefixMatches(Text all, std::size_t entry, QStringView query) const;
+    template <typename Text>
+    bool fullNameOfPartsStartsWith(Text all, std::size_t base, QStringView query) const;
 };
 
 SuggestionMatcher::SuggestionMatcher()
@@ -112,6 +130,8 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
     // them. Keeping a copy of every record's fields instead would cost the book's size again.
     qsizetype mailUnits = 0;
     qsizetype prefixUnits = 0;
+    bool mailsFitLatin1 = true;
+    bool prefixesFitLatin1 = true;
     {
         std::vector<qint64> ranks(count);
         x.byMailHash.resize(count);
@@ -124,6 +144,12 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
                     f.firstName.size() + f.lastName.size() + f.company.size() + f.nickname.size();
                 if (fullNameForm(f) == FullNameForm::Stored)
                     prefixUnits += f.firstName.size() + 1 + f.lastName.size();
+                mailsFitLatin1 = mailsFitLatin1 && LowerCasedText::fitsLatin1(f.mail);
+                // A full name is made of the names and a space, so it fits when they do.
+                prefixesFitLatin1 = prefixesFitLatin1 && LowerCasedText::fitsLatin1(f.firstName) &&
+                                    LowerCasedText::fitsLatin1(f.lastName) &&
+                                    LowerCasedText::fitsLatin1(f.company) &&
+                                    LowerCasedText::fitsLatin1(f.nickname);
             });
         }
         std::sort(x.byMailHash.begin(), x.byMailHash.end());
@@ -133,39 +159,39 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
                          [&](quint32 a, quint32 b) { return ranks[a] > ranks[b]; });
     } // the ranks are let go before the long strings are made
 
+    x.mails = LowerCasedText(mailsFitLatin1);
+    x.prefixes = LowerCasedText(prefixesFitLatin1);
     x.mails.reserve(std::min(mailUnits, Index::kMaxUnits));
     x.prefixes.reserve(std::min(prefixUnits, Index::kMaxUnits));
     x.mailStart.reserve(count + 1);
     x.prefixStart.reserve(count * Index::kPrefixFields + 1);
     x.prefixFirst.reserve(count * Index::kPrefixFields);
     x.fullNameOfParts.reserve(count);
-    auto addPrefix = [&x](auto append) {
+    auto addPrefix = [&x](QStringView text) {
         const qsizetype start = x.prefixes.size();
         x.prefixStart.push_back(Index::Offset(start));
-        append(x.prefixes);
-        x.prefixFirst.push_back(x.prefixes.size() > start ? x.prefixes.at(start).unicode() : u'\0');
+        x.prefixes.appendLowerCased(text);
+        x.prefixFirst.push_back(x.prefixes.size() > start ? uchar(x.prefixes.at(start)) : 0);
     };
     for (std::size_t entry = 0; entry < count; ++entry) {
         const qsizetype mailsBefore = x.mails.size();
         const qsizetype prefixesBefore = x.prefixes.size();
         x.addresses[qsizetype(x.order[entry])]->readFields([&](const ExtensionAddress::Fields& f) {
             x.mailStart.push_back(Index::Offset(x.mails.size()));
-            appendLowerCased(x.mails, f.mail);
-            addPrefix([&](QString& out) { appendLowerCased(out, f.firstName); });
-            addPrefix([&](QString& out) { appendLowerCased(out, f.lastName); });
+            x.mails.appendLowerCased(f.mail);
+            addPrefix(f.firstName);
+            addPrefix(f.lastName);
             const FullNameForm form = fullNameForm(f);
             x.fullNameOfParts.push_back(form == FullNameForm::OfParts);
             if (form == FullNameForm::Stored) {
-                addPrefix([&](QString& out) {
-                    appendLowerCased(out, (f.firstName + u' ' + f.lastName).trimmed());
-                });
+                addPrefix((f.firstName + u' ' + f.lastName).trimmed());
             } else {
                 x.prefixStart.push_back(Index::Offset(x.prefixes.size()));
-                const char16_t firstOfFirst = x.prefixFirst[entry * Index::kPrefixFields];
-                x.prefixFirst.push_back(form == FullNameForm::OfParts ? firstOfFirst : u'\0');
+                const uchar firstOfFirst = x.prefixFirst[entry * Index::kPrefixFields];
+                x.prefixFirst.push_back(form == FullNameForm::OfParts ? firstOfFirst : 0);
             }
-            addPrefix([&](QString& out) { appendLowerCased(out, f.company); });
-            addPrefix([&](QString& out) { appendLowerCased(out, f.nickname); });
+            addPrefix(f.company);
+            addPrefix(f.nickname);
         });
         if (x.mails.size() > Index::kMaxUnits || x.prefixes.size() > Index::kMaxUnits) {
             qCWarning(lcCore) << "the contacts are too large to suggest from: the" << count - entry
@@ -181,10 +207,13 @@ SuggestionMatcher::SuggestionMatcher(Addresses addresses, Groups groups) {
         }
     }
     x.mailStart.push_back(Index::Offset(x.mails.size()));
-    for (const QChar unit : std::as_const(x.mails)) {
-        if (unit.unicode() < x.unitFrequency.size())
-            ++x.unitFrequency[unit.unicode()];
-    }
+    x.mails.visit([&x](auto all) {
+        for (const auto unit : all) {
+            const char16_t u = unitOf(unit);
+            if (u < x.unitFrequency.size())
+                ++x.unitFrequency[u];
+        }
+    });
     x.prefixStart.push_back(Index::Offset(x.prefixes.size()));
 
     for (const auto& group : x.groups)
@@ -207,12 +236,14 @@ Suggestions SuggestionMatcher::objectsForString(const QString& text) const {
         return {};
     const Index& x = *m_index;
     std::vector<char> matched(x.order.size(), 0);
-    x.markMailMatches(query, matched);
+    x.mails.visit([&](auto all) { x.markMailMatches(all, query, matched); });
     std::vector<quint32> rows;
-    for (std::size_t entry = 0; entry < matched.size(); ++entry) {
-        if (matched[entry] || x.prefixMatches(entry, query))
-            rows.push_back(x.order[entry]);
-    }
+    x.prefixes.visit([&](auto all) {
+        for (std::size_t entry = 0; entry < matched.size(); ++entry) {
+            if (matched[entry] || x.prefixMatches(all, entry, query))
+                rows.push_back(x.order[entry]);
+        }
+    });
     for (qsizetype g = 0; g < x.groups.size(); ++g) {
         if (!x.groupNames[g].isNull() && x.groupNames[g].startsWith(query))
             rows.push_back(quint32(x.addresses.size() + g));
@@ -225,26 +256,26 @@ Suggestions SuggestionMatcher::objectsForString(const QString& text) const {
 // Candidates are found by the query's rarest unit in the mails (a vectorised scan for one
 // character), then compared in full: typed queries are short, and most positions are passed
 // over at the scan's speed.
-void SuggestionMatcher::Index::markMailMatches(QStringView query,
+template <typename Text>
+void SuggestionMatcher::Index::markMailMatches(Text all, QStringView query,
                                                std::vector<char>& matched) const {
-    const QStringView all(mails);
     const qsizetype length = query.size();
     qsizetype anchor = 0;
     for (qsizetype k = 1; k < length; ++k) {
         if (frequency(query[k]) < frequency(query[anchor]))
             anchor = k;
     }
-    const QChar anchorUnit = query[anchor];
+    const char16_t anchorUnit = query[anchor].unicode();
     std::size_t entry = 0;
     qsizetype from = 0;
     while (true) {
-        const qsizetype found = all.indexOf(anchorUnit, from + anchor);
+        const qsizetype found = indexOfUnit(all, anchorUnit, from + anchor);
         if (found < 0)
             return;
         const qsizetype hit = found - anchor;
         if (hit + length > all.size())
             return;
-        if (!std::equal(query.begin(), query.end(), all.begin() + hit)) {
+        if (all.sliced(hit, length) != query) {
             from = hit + 1;
             continue;
         }
@@ -266,34 +297,36 @@ quint32 SuggestionMatcher::Index::frequency(QChar unit) const {
     return unit.unicode() < unitFrequency.size() ? unitFrequency[unit.unicode()] : 0;
 }
 
-bool SuggestionMatcher::Index::prefixMatches(std::size_t entry, QStringView query) const {
-    const char16_t first = query.front().unicode();
+template <typename Text>
+bool SuggestionMatcher::Index::prefixMatches(Text all, std::size_t entry, QStringView query) const {
+    const auto first = uchar(query.front().unicode());
     const std::size_t base = entry * kPrefixFields;
     for (std::size_t f = base; f < base + kPrefixFields; ++f) {
         // Most fields differ from the query at their first unit; compare that before the rest.
         if (prefixFirst[f] != first)
             continue;
         if (f == base + FullName && fullNameOfParts[entry]) {
-            if (fullNameOfPartsStartsWith(base, query))
+            if (fullNameOfPartsStartsWith(all, base, query))
                 return true;
             continue;
         }
         const qsizetype start = prefixStart[f];
         const qsizetype length = prefixStart[f + 1] - start;
-        if (length >= query.size() && QStringView(prefixes).sliced(start, query.size()) == query)
+        if (length >= query.size() && all.sliced(start, query.size()) == query)
             return true;
     }
     return false;
 }
 
 // Whether "first last" starts with the query, for the entry whose first field is at base.
-bool SuggestionMatcher::Index::fullNameOfPartsStartsWith(std::size_t base,
+template <typename Text>
+bool SuggestionMatcher::Index::fullNameOfPartsStartsWith(Text all, std::size_t base,
                                                          QStringView query) const {
-    const QStringView firstName = field(base + First);
+    const Text firstName = field(all, base + First);
     if (query.size() <= firstName.size())
         return firstName.startsWith(query);
     return query.startsWith(firstName) && query[firstName.size()] == u' ' &&
-           field(base + Last).startsWith(query.sliced(firstName.size() + 1));
+           field(all, base + Last).startsWith(query.sliced(firstName.size() + 1));
 }
 
 std::shared_ptr<ExtensionAddress> SuggestionMatcher::addressForMail(const QString& mail) const {

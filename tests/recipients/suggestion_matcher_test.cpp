@@ -77,21 +77,26 @@ TEST(SuggestionMatcher, AddressForMailIsExact) {
 // ranks in file order, duplicates kept, nothing for an empty query.
 TEST(SuggestionMatcher, AgreesWithLowerCasingEveryFieldOnRandomBooks) {
     // Few letters, mixed case and non-ASCII with case (É, Σ, İ whose lower case is two units),
-    // so that queries hit often, also across the boundaries between mails.
-    const QString alphabet = QStringLiteral("aAbB.@ ÉéΣσİ\U0001F600");
+    // so that queries hit often, also across the boundaries between mails. Every other book
+    // keeps to the Latin-1 letters in front, which the engine holds in bytes (š shares a's low
+    // byte).
+    const QString alphabet = QStringLiteral("aAbB.@ ÉéΣσİš\U0001F600");
     QRandomGenerator rng(7);
+    int letters = 0;
     auto word = [&](int maxLength) {
         QString w;
         const int n = int(rng.bounded(maxLength + 1));
         for (int i = 0; i < n; ++i)
-            w += alphabet.at(rng.bounded(int(alphabet.size())));
+            w += alphabet.at(rng.bounded(letters));
         return w;
     };
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < 40; ++round) {
         SuggestionMatcher::Addresses book;
+        letters = round % 2 ? 9 : int(alphabet.size());
         for (int i = 0; i < 60; ++i)
             book.append(contact(word(6), word(3), word(3), rng.bounded(4), word(3), word(2)));
         const SuggestionMatcher matcher(book, {});
+        letters = int(alphabet.size());
         for (int q = 0; q < 40; ++q) {
             const QString query = word(3);
             ASSERT_EQ(identities(matcher.objectsForString(query).toList()),
