@@ -10,6 +10,8 @@
 
 #include <QPointer>
 
+#include <malloc.h>
+
 namespace velmora {
 
 namespace {
@@ -27,6 +29,10 @@ std::shared_ptr<ContactBook> ContactBook::load() {
     auto book = std::make_shared<ContactBook>();
     readingQueue().async([book] {
         AddressesAndGroupsResult read = ExtensionUtilities::AddressesAndGroups();
+        // The reader's buffers, freed by now, lie among the records: their pages go back to the
+        // system before the index is built beside the records, which is when the share is at
+        // its largest.
+        malloc_trim(0);
         book->finish(SuggestionMatcher(std::move(read.addresses), std::move(read.groups)));
     });
     return book;
