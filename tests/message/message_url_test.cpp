@@ -74,22 +74,11 @@ TEST(CommandUrl, KeepsTheBuiltTextExactlyAndRefusesInvalidOnes) {
     EXPECT_EQ(ExtensionMessage::ExtensionMessageWithUrl(url.toUrl())->subject(), s("%41 %2b ~ %%"));
 
     EXPECT_TRUE(message->queryUrl(s("se nd")).isNull());
-}
-
-TEST(CommandUrl, ReadsBackWithTheReadersAsymmetries) {
-    // "+" is a space; bodies not given are empty, not null; unknown keys are ignored; attachments
-    // are found whatever their numbers.
-    const auto read = ExtensionMessage::ExtensionMessageWithUrl(UrlText::fromString(
-        s("velmora://send?subject=a+b&cc=C%3B&attachment_9=%2Fa&attachment_1=%2Fb&unknown=1")));
-    EXPECT_EQ(shown({read->subject(), read->ccString(), read->htmlBody(), read->plainBody()}),
-              (QStringList{"\"a b\"", "\"C;\"", "\"\"", "\"\""}));
-    EXPECT_TRUE(read->cc()->isEmpty());
-    EXPECT_THAT(*read->attachments(), ::testing::UnorderedElementsAre(s("/a"), s("/b")));
-
-    const auto bare =
-        ExtensionMessage::ExtensionMessageWithUrl(UrlText::fromString(s("velmora://send")));
-    EXPECT_EQ(shown({bare->subject(), bare->htmlBody()}), (QStringList{"<null>", "\"\""}));
-    EXPECT_TRUE(bare->attachments()->isEmpty());
+    // What the reader does not write back: "+" as a space, and keys it does not know.
+    EXPECT_EQ(ExtensionMessage::ExtensionMessageWithUrl(
+                  UrlText::fromString(s("velmora://send?subject=a+b&unknown=1")))
+                  ->subject(),
+              s("a b"));
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "Shown.h"
 #include "TestSupport.h"
 #include "message/ExtensionMessage.h"
-#include "message/LinkDetector.h"
 #include "platform/Log.h"
 
 using namespace velmora;
@@ -46,7 +45,6 @@ TEST(HtmlRendering, HtmlBodyGetsTheAttachmentsAsImagesOnEveryCall) {
 // The plain form (line breaks and anchors, written back to the plain body) when only the plain
 // body holds text; else the HTML body as it is. The other body is left alone, null or not.
 TEST(HtmlRendering, ChoosesTheFormByWhichBodiesHoldText) {
-    const QString link = anchor(s("http://h.test"));
     const struct {
         const char* name;
         QString html;
@@ -57,25 +55,14 @@ TEST(HtmlRendering, ChoosesTheFormByWhichBodiesHoldText) {
         {"both_empty_html_form", s(""), s(""), s(""), false},
         {"both_null", QString(), QString(), s(""), false},
         {"html_with_null_plain", s("<b>&</b>"), QString(), s("<b>&</b>"), false},
-        {"empty_html_plain_form", s(""), s("a\r\nb"), s("a\r<br>b"), true},
+        {"empty_html_plain_form", s(""), s("see http://h.test/a\r\nbye"),
+         s("see ") + anchor(s("http://h.test/a")) + s("\r<br>bye"), true},
         {"null_html_plain_form", QString(), s("<i>x</i>\n"), s("<i>x</i><br>"), true},
-        {"link_and_line_break", s(""), s("see http://h.test/a\nbye"),
-         s("see ") + anchor(s("http://h.test/a")) + s("<br>bye"), true},
-        // The same link twice: the second substitution rewrites the anchors of the first.
-        {"same_link_twice", s(""), s("http://h.test http://h.test"),
-         s("<a href='") + link + s("'>") + link + s("</a> <a href='") + link + s("'>") + link +
-             s("</a>"),
-         true},
-        // Normalised links are not found in the text, so they stay unlinked.
-        {"normalised_links_unlinked", s(""), s("www.h.test.org\nme@h.test"),
-         s("www.h.test.org<br>me@h.test"), true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const auto message = withBodies(row.html, row.plain);
-        const QString rendered = message->renderHtml();
-        EXPECT_EQ(rendered, row.rendered);
-        EXPECT_FALSE(rendered.isNull());
+        EXPECT_EQ(shown(message->renderHtml()), shown(row.rendered));
         const QString plainAfter = row.plainForm ? row.rendered : row.plain;
         EXPECT_EQ(shown({message->htmlBody(), message->plainBody()}),
                   shown({row.html, plainAfter}));
@@ -138,14 +125,6 @@ TEST(LinkDetection, FindsLinksInProse) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(message.searchUrlsDetector(row.text), row.links);
     }
-}
-
-TEST(LinkDetection, ReportsWhereEachLinkStands) {
-    const QString text = s("«see www.h.test.org/x», me@h.test.");
-    const QList<DetectedLink> links = detectLinks(text);
-    ASSERT_EQ(links.size(), 2);
-    EXPECT_EQ(text.mid(links[0].start, links[0].length), s("www.h.test.org/x"));
-    EXPECT_EQ(text.mid(links[1].start, links[1].length), s("me@h.test"));
 }
 
 } // namespace
