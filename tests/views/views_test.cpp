@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 The velmora-share developers
+//
+// SPDX-License-Identifier: MIT
+
+#include "TestSupport.h"
+#include "views/AlertViewcontroller.h"
+#include "views/FlippedView.h"
+#include "views/KeyCommands.h"
+#include "views/SynchronousSheet.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+using namespace velmora;
+using namespace velmora::KeyFlags;
+
+namespace {
+
+TEST(FlippedView, FollowsItsParentsSizeKeepingItsMargins) {
+    QWidget root, other, hidden;
+    root.resize(600, 400);
+    hidden.resize(600, 400);
+    auto* plain = new FlippedView(QRect(15, 10, 570, 380), &root); // owned by its parent
+    auto* inHidden = new FlippedView(QRect(15, 10, 570, 380), &hidden);
+    root.show();
+    root.resize(700, 300);
+    EXPECT_EQ(plain->geometry(), QRect(15, 10, 670, 280));
+    // Given a new parent, it follows the new one only.
+    other.resize(100, 100);
+    other.show();
+    plain->setParent(&other);
+    other.resize(120, 90);
+    root.resize(800, 400);
+    EXPECT_EQ(plain->size(), QSize(690, 270));
+    // Resized while hidden: the size is caught up when the window is shown.
+    hidden.resize(650, 420);
+    hidden.show();
+    EXPECT_EQ(inHidden->geometry(), QRect(15, 10, 620, 400));
+}
+
+constexpr quint32 kX11Lock = 0x2;
+
+struct Row {
+    const char* name;
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    QString text;
+    quint32 nativeModifiers;
+    const char* selector;
+    quint64 flags;
+    quint16 keyCode;
+    QString characters;
+};
+
+const Qt::KeyboardModifiers None = Qt::NoModifier;
+const Qt::KeyboardModifiers Sh = Qt::ShiftModifier;
+const Qt::KeyboardModifiers Cmd = Qt::ControlModifier;
+const Qt::KeyboardModifiers Opt = Qt::AltModifier;
+const Qt::KeyboardModifiers Ctl = Qt::MetaModifier;
+const Qt::KeyboardModifiers Pad = Qt::KeypadModifier;
+
+const QString kReturn = QStringLiteral("\r");
+
+const Row kRows[] = {
+    {"return", Qt::Key_Return, None, kReturn, 0, "insertNewline:", 0, 36, kReturn},
+    {"keypad-enter", Qt::Key_Enter, Pad, kReturn, 0, "insertNewline:", 0, 76, kReturn},
+    {"command-return-unbound", Qt::Key_Return, Cmd, kReturn, 0, "noop:", Command, 36, kReturn},
+    {"command-return-caps-lock", Qt::Key_Return, Cmd, kReturn, kX11Lock,
+     "noop:", Command | CapsLock, 36, kReturn},
+    {"backtab", Qt::Key_Backtab, Sh, "", 0, "insertBacktab:", Shift, 48, ""},
+    {"option-backspace", Qt::Key_Backspace, Opt, "", 0, "deleteWordBackward:", Option, 51, ""},
+    {"command-backspace", Qt::Key_Backspace, Cmd, "", 0, "deleteToBeginningOfLine:", Command, 51,
+     ""},
+    {"left", Qt::Key_Left, None, "", 0, "moveLeft:", 0, 123, ""},
+    {"control-a-emacs", Qt::Key_A, Ctl, "a", 0, "moveToBeginningOfParagraph:", Control, 0, "a"},
+    // X11 turns Ctrl-Shift-D into a control character; Command leaves the letter.
+    {"command-shift-d", Qt::Key_D, Cmd | Sh, "\x04", 0, "noop:", Command | Shift, 2, "D"},
+    {"command-option-z", Qt::Key_Z, Cmd | Opt, "", 0, "noop:", Command | Option, 6, "z"},
+    {"letter", Qt::Key_A, None, "a", 0, "insertText:", 0, 0, "a"},
+    {"shifted-letter", Qt::Key_D, Sh, "D", 0, "insertText:", Shift, 2, "D"},
+    {"caps-lock-letter", Qt::Key_S, None, "S", kX11Lock, "insertText:", CapsLock, 1, "S"},
+    {"option-letter-types", Qt::Key_E, Opt, QStringLiteral("\u00e9"), 0, "insertText:", Option, 14,
+     QStringLiteral("\u00e9")},
+    {"keypad-digit", Qt::Key_5, Pad, "5", 0, "insertText:", 0, 87, "5"},
+    {"unicode-key", 0x1e9e, Sh, QStringLiteral("\u1e9e"), 0, "insertText:", Shift, kUnknownKeyCode,
+     QStringLiteral("\u1e9e")},
+    {"function-key", Qt::Key_F5, None, "", 0, "noop:", 0, 96, ""},
+    {"media-key", Qt::Key_VolumeUp, None, "", 0, "noop:", 0, kUnknownKeyCode, ""},
+};
+
+TEST(KeyCommands, QtKeyEventsMapToCocoaCommandsFlagsAndKeyCodes) {
+    for (const Row& row : kRows) {
+        SCOPED_TRACE(row.name);
+        const KeyCommand command = keyCommandForEvent(QKeyEvent(
+            QEvent::KeyPress, row.key, row.modifiers, 0, 0, row.nativeModifiers, row.text));
+        EXPECT_EQ(command.selector, QString::fromLatin1(row.selector));
+        EXPECT_EQ(command.modifierFlags, row.flags);
+        EXPECT_EQ(command.keyCode, row.keyCode);
+        EXPECT_EQ(command.characters, row.characters);
+    }
+}
+
+TEST(AlertViewcontroller, ViewIsAFullyRedPanelOf400By200) {
+    AlertViewcontroller controller;
+    EXPECT_FALSE(controller.isViewLoaded());
+    FlippedView* view = controller.view();
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(controller.view(), view); // loaded once
+    QImage image(view->size(), QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    view->render(&image);
+    QImage red(400, 200, QImage::Format_ARGB32);
+    red.fill(Qt::red);
+    EXPECT_EQ(image, red);
+}
+
+// A window with one button of its own, to see whether it takes input.
+struct Window {
+    QWidget widget;
+    QPushButton* own = new QPushButton(QStringLiteral("Own"), &widget);
+    int ownClicks = 0;
+    Window() {
+        widget.resize(400, 300);
+        own->setGeometry(10, 250, 80, 30);
+        QObject::connect(own, &QPushButton::clicked, [this] { ++ownClicks; });
+        widget.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&widget));
+    }
+    // Through the window system, as a user's click comes, so that modality applies.
+    void clickOwn() {
+        QTest::mouseClick(widget.windowHandle(), Qt::LeftButton, {}, own->geometry().center());
+    }
+};
+
+// Once the alert shows, clicks the window's own button (which the sheet must block) and then
+// the alert's button; runs from the event loop the sheet runs.
+void pressWhenShown(QMessageBox& alert, QAbstractButton* button, Window& window,
+                    std::atomic<int>& clicksWhileShown) {
+    auto* poll = new QTimer(&alert);
+    QObject::connect(poll, &QTimer::timeout, poll, [&, poll, button] {
+        if (!alert.isVisible())
+            return;
+        poll->deleteLater();
+        window.clickOwn();
+        clicksWhileShown = window.ownClicks;
+        QTest::mouseClick(button, Qt::LeftButton);
+    });
+    poll->start(5);
+}
+
+// Each way of running the sheet: for a given window, for the active one, and called from a
+// worker while the main thread keeps its event loop running, as the call requires.
+TEST(SynchronousSheet, ReturnsTheCodeOfThePressedButtonAndBlocksTheWindowMeanwhile) {
+    Window window;
+    const auto offMainThread = [&](QMessageBox& box) {
+        std::atomic<int> code = 0;
+        std::thread worker([&] { code = runModalSheetForWindow(box, &window.widget); });
+        const bool answered = QTest::qWaitFor([&] { return code != 0; }, 10000);
+        worker.join();
+        EXPECT_TRUE(answered);
+        return code.load();
+    };
+    const auto forWindow = [&](QMessageBox& box) {
+        return runModalSheetForWindow(box, &window.widget);
+    };
+    const struct {
+        const char* name;
+        bool send;
+        std::function<int(QMessageBox&)> run;
+    } ways[] = {
+        {"cancel_for_window", false, forWindow},
+        {"send_for_window", true, forWindow},
+        {"send_for_active_window", true, [](QMessageBox& box) { return runModalSheet(box); }},
+        {"cancel_off_main_thread", false, offMainThread},
+    };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(way.name);
+        QApplication::setActiveWindow(&window.widget);
+        // Cancel added first: the codes follow the order of adding, not the layout by role.
+        QMessageBox box;
+        QPushButton* cancel = box.addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+        QPushButton* send = box.addButton(QStringLiteral("Send Anyway"), QMessageBox::AcceptRole);
+        std::atomic<int> clicksWhileShown = -1;
+        pressWhenShown(box, way.send ? send : cancel, window, clicksWhileShown);
+        const int before = window.ownClicks;
+        EXPECT_EQ(way.run(box), way.send ? 1001 : 1000);
+        EXPECT_EQ(clicksWhileShown, before) << "the window took input while the sheet was shown";
+        EXPECT_FALSE(box.isVisible());
+        EXPECT_EQ(box.parentWidget(), nullptr);
+        window.clickOwn();
+        EXPECT_EQ(window.ownClicks, before + 1);
+    }
+}
+
+} // namespace
