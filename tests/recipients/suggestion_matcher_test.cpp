@@ -62,15 +62,6 @@ TEST(SuggestionMatcher, GroupsWithMembersFollowTheAddresses) {
     EXPECT_EQ(std::get<std::shared_ptr<ExtensionGroup>>(found.at(1)), matcher.groups()[1]);
 }
 
-TEST(SuggestionMatcher, AddressForMailIsExact) {
-    const auto first = contact(QStringLiteral("Ada@X.test"), QStringLiteral("Ada"), {});
-    const SuggestionMatcher matcher(
-        {first, contact(QStringLiteral("Ada@X.test"), QStringLiteral("Second"), {})}, {});
-    EXPECT_EQ(matcher.addressForMail(QStringLiteral("Ada@X.test")), first);
-    EXPECT_EQ(matcher.addressForMail(QStringLiteral("ada@x.test")), nullptr);
-    EXPECT_EQ(matcher.addressForMail(QStringLiteral(" Ada@X.test")), nullptr);
-}
-
 // The engine keeps lower-cased fields side by side; a plain walk that lower-cases every field
 // for every query must find exactly the same suggestions in the same order. That walk states
 // the rules: the mail anywhere, names, company and nickname at their start, by rank, equal
