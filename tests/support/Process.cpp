@@ -29,11 +29,8 @@ QList<QByteArray> encoded(const QStringList& args) {
 
 } // namespace
 
-// Qt starts children with clone(CLONE_VM), and the thread sanitizer's handling of that clone
-// runs its after-fork code for the child on the parent's own thread state, which leaves the
-// thread that started the child with its locks unseen (every later hand-over through a mutex
-// looks like a race) and forbids new threads. posix_spawn clones inside the C library, where the
-// sanitizer does not step in.
+// Not QProcess: the thread sanitizer's handling of Qt's clone(CLONE_VM) leaves the starting
+// thread's locks unseen (docs/development.md); posix_spawn clones where it does not step in.
 Process::Process(const QString& program, const QList<QByteArray>& args, const QByteArray& input,
                  const QString& workingDirectory) {
     std::vector<QByteArray> words{QFile::encodeName(program)};

@@ -15,13 +15,12 @@
 
 namespace velmora::test {
 
-// A child program (found on PATH), started at construction with posix_spawn rather than QProcess
-// (see Process.cpp), with its standard input read from given bytes and its standard output and
-// error written to files of its own, so that children it leaves behind never write into a closed
-// pipe. A child still running when the object goes is killed.
+// A child program (found on PATH) started with posix_spawn, not QProcess (see Process.cpp); its
+// output goes to files, so children it leaves behind never write into a closed pipe. Killed if
+// still running when the object goes.
 class Process {
 public:
-    // Arguments as bytes, so that a file name that is no UTF-8 reaches the program as it is.
+    // Arguments as bytes, so that a file name that is no UTF-8 reaches the program unchanged.
     Process(const QString& program, const QList<QByteArray>& args, const QByteArray& input = {},
             const QString& workingDirectory = {});
     Process(const QString& program, const QStringList& args, const QByteArray& input = {});
@@ -34,7 +33,7 @@ public:
     void terminate() const;
     // Waits for the end; false when it did not end in time (it is left running).
     bool finish(int timeoutMs);
-    // The exit status once it has exited; -1 while it runs, or when a signal ended it.
+    // -1 while it runs, or when a signal ended it.
     int exitCode() const { return m_exitCode.value_or(-1); }
     QString out() const;
     QString err() const;
