@@ -18,17 +18,6 @@
 
 namespace velmora::test {
 
-namespace {
-
-QList<QByteArray> encoded(const QStringList& args) {
-    QList<QByteArray> words;
-    for (const QString& arg : args)
-        words.append(QFile::encodeName(arg));
-    return words;
-}
-
-} // namespace
-
 // Not QProcess: the thread sanitizer's handling of Qt's clone(CLONE_VM) leaves the starting
 // thread's locks unseen (docs/development.md); posix_spawn clones where it does not step in.
 Process::Process(const QString& program, const QList<QByteArray>& args, const QByteArray& input,
@@ -59,7 +48,10 @@ Process::Process(const QString& program, const QList<QByteArray>& args, const QB
 }
 
 Process::Process(const QString& program, const QStringList& args, const QByteArray& input)
-    : Process(program, encoded(args), input) {}
+    : Process(program, // each argument encoded: joined at NULs, which no argument holds
+              args.isEmpty() ? QList<QByteArray>()
+                             : QFile::encodeName(args.join(u'\0')).split('\0'),
+              input) {}
 
 Process::~Process() {
     if (running()) {
