@@ -32,8 +32,7 @@ QVariantMap dict(std::initializer_list<std::pair<const char*, QVariant>> entries
     return map;
 }
 
-// The local day (the test main fixes TZ=Europe/Rome and the C locale): the time for today,
-// else the date.
+// The local day (TZ=Europe/Rome, the C locale): the time for today, else the date.
 TEST(DateService, DayKeyAndShownTextFollowTheLocalDay) {
     const ExtensionDate& dates = ExtensionDate::shared();
     EXPECT_EQ(dates.centralDate(QDateTime(QDate::currentDate(), QTime(0, 0, 1))),
@@ -100,9 +99,8 @@ QString base64Png(int width, int height) {
         test::encoded(test::twoColourImage(width, height), "png").toBase64());
 }
 
-// Defaults for what is missing, fields as given (unread without a type check, the time stamp
-// through single precision), an avatar that is no base64 left out silently, and a fault logged
-// once with the record kept as far as it was read: here up to the date.
+// Defaults for what is missing; fields as given (unread unchecked, the time stamp in single
+// precision, an avatar that is no base64 left out silently); a fault logged, the record kept.
 TEST(MessageRecord, ReadsDictionariesWithDefaultsAndStopsAtAFault) {
     QString wrapped = base64Png(4, 3); // lenient base64: broken into lines, blanks between
     for (qsizetype at = wrapped.size() - 10; at > 0; at -= 10)
@@ -170,7 +168,6 @@ TEST(MessageRecord, EqualityIsMessageIdAndAccountOnly) {
     EXPECT_FALSE(a->isEqual(record(s("m1"), s("other"))));
     EXPECT_FALSE(a->isEqual(record(s("m2"), s("acc"))));
     EXPECT_FALSE(a->isEqual(nullptr));
-    EXPECT_TRUE(a->isEqual(a));
 
     const auto unset = record(QString(), s("acc"));
     EXPECT_TRUE(unset->isEqual(unset));
@@ -215,11 +212,6 @@ std::shared_ptr<ExtensionAddress> address(const QString& mail) {
     return a;
 }
 
-QStringList queryPairs(const UrlText& url) {
-    const QString text = url.toString();
-    return text.mid(text.indexOf(u'?') + 1).split(u'&', Qt::SkipEmptyParts);
-}
-
 TEST(CommandUrl, WritesOnlyTheFieldsThatHoldText) {
     const auto message = ExtensionMessage::init();
     EXPECT_EQ(message->queryUrl(s("send")).toString(), s("velmora://send?"));
@@ -237,13 +229,14 @@ TEST(CommandUrl, WritesOnlyTheFieldsThatHoldText) {
     message->setMessageId(s("never-written"));
     message->setToString(s("never-written"));
 
-    const QStringList pairs = queryPairs(message->queryUrl(s("send")));
-    EXPECT_THAT(pairs, ::testing::UnorderedElementsAre(
-                           s("subject=Hi%20there"), s("plainBody=a%2Bb%20%26%20c"),
-                           s("htmlBody=%3Cp%3E%C3%BC%3C%2Fp%3E"), s("from=me%40x.test"),
-                           s("account=acc%201"), s("to=A%3BB%3B"), s("bcc=%28null%29%3B"),
-                           s("attachment_0=%2Ftmp%2Fx%20y.png"), s("attachment_1=%2Ftmp%2Fz.pdf"),
-                           s("attachment_3=%2Ftmp%2Flast")));
+    const QString url = message->queryUrl(s("send")).toString();
+    EXPECT_THAT(url.mid(url.indexOf(u'?') + 1).split(u'&'),
+                ::testing::UnorderedElementsAre(
+                    s("subject=Hi%20there"), s("plainBody=a%2Bb%20%26%20c"),
+                    s("htmlBody=%3Cp%3E%C3%BC%3C%2Fp%3E"), s("from=me%40x.test"),
+                    s("account=acc%201"), s("to=A%3BB%3B"), s("bcc=%28null%29%3B"),
+                    s("attachment_0=%2Ftmp%2Fx%20y.png"), s("attachment_1=%2Ftmp%2Fz.pdf"),
+                    s("attachment_3=%2Ftmp%2Flast")));
 
     // Read back: the same texts, recipients as texts only, the attachments as paths.
     const auto read = ExtensionMessage::ExtensionMessageWithUrl(message->queryUrl(s("send")));
@@ -294,11 +287,11 @@ TEST(HtmlRendering, HtmlBodyGetsTheAttachmentsAsImagesOnEveryCall) {
     url->attachments()->append(QUrl::fromLocalFile(s("/tmp/z.pdf")));
     EXPECT_EQ(url->renderHtml(), s("<img src=\"file://file:///tmp/z.pdf\"/><br/>"));
     EXPECT_EQ(shown(withBodies(QString(), QString())->renderHtml()), shown(s("")));
+    EXPECT_EQ(withBodies(s(""), s("a\nb"))->renderHtml(), s("a<br>b")); // only the plain one
 }
 
-// Only the plain body holds text: line breaks and anchors, written back to it. Each repeat of a
-// link doubles its occurrences; the body stops growing at its limit (1 MiB for a short one)
-// instead of running out of memory, and says so once.
+// Only the plain body holds text: line breaks and anchors, written back. Each repeat of a link
+// doubles its occurrences; growth stops at 1 MiB (for a short body) and says so once.
 TEST(HtmlRendering, RepeatedLinksStopAtTheGrowthLimit) {
     QString body;
     for (int i = 0; i < 40; ++i)

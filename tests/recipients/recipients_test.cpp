@@ -91,8 +91,7 @@ TEST(TokenEditor, EditsAroundTokensAndKeepsSurrogatePairsWhole) {
     EXPECT_EQ(editor.text(), QStringLiteral("ab"));
 }
 
-// Typed text becomes new, unranked, unnamed addresses, except a known contact's exact mail;
-// records pass through as they are and a null record is dropped.
+// New addresses unranked and unnamed, none for a known contact's exact mail; null records go.
 TEST(TokenSplitting, TextBecomesNewAddressesAndRecordsStay) {
     const auto known = contact("known@x.test");
     const auto group = std::make_shared<ExtensionGroup>();
@@ -166,13 +165,10 @@ TEST(SuggestionMatcher, GroupsWithMembersFollowTheAddresses) {
     EXPECT_EQ(displayString(toToken(found.at(1))), QStringLiteral("Sailing (2)"));
 }
 
-// The engine keeps lower-cased fields side by side; a plain walk that lower-cases every field
-// for every query must find exactly the same suggestions in the same order. That walk states
-// the rules: the mail anywhere, names, company and nickname at their start, by rank, equal
-// ranks in file order, duplicates kept, nothing for an empty query.
+// The plain walk states the rules: the mail anywhere, names, company and nickname at their
+// start, by rank, equal ranks in file order, duplicates kept, nothing for an empty query.
 TEST(SuggestionMatcher, AgreesWithLowerCasingEveryFieldOnRandomBooks) {
-    // Few letters, mixed case and non-ASCII with case (É, Σ, İ whose lower case is two units),
-    // so that queries hit often, also across the boundaries between mails.
+    // Few letters, so queries hit often; non-ASCII with case (İ lower-cases to two units).
     const QString alphabet = QStringLiteral("aAbB.@ ÉéΣσİ\U0001F600");
     QRandomGenerator rng(7);
     auto word = [&](int maxLength) {

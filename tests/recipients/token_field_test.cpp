@@ -28,9 +28,8 @@ using namespace velmora;
 
 namespace {
 
-// Stands in for the composer: a 600 x 400 window with the To field, a subject after it in the
-// focus chain, and the suggestion list added last. Counts the recipient notifications and the
-// keys that reach it past the field.
+// The composer's stand-in: the To field, a subject after it, the list added last; counts the
+// recipient notifications and the keys that reach it past the field.
 class RecipientsHost : public QWidget, public SuggestionHost {
 public:
     RecipientsHost() {
@@ -85,8 +84,7 @@ protected:
         QByteArray json = R"([
             {"mail": "ann.smith@x.test", "firstName": "Ann", "lastName": "Smith", "rank": 3},
             {"mail": "annie@y.test", "firstName": "Annie", "lastName": "Hall", "rank": 9},
-            {"mail": "hannah@w.test", "rank": 1},
-            {"mail": "known@x.test", "firstName": "Known", "lastName": "Person"})";
+            {"mail": "hannah@w.test", "rank": 1}, {"mail": "known@x.test"})";
         for (int i = 0; i < 30; ++i)
             json += QStringLiteral(R"(, {"mail": "bulk%1@list.test", "firstName": "Bulk"})")
                         .arg(i, 2, 10, QLatin1Char('0'))
@@ -95,7 +93,6 @@ protected:
                               json + "]", false))
             GTEST_SKIP() << "python3 is needed to write property lists";
     }
-    // Shows the stand-in composer, active, with the focus in the To field.
     void showHost() {
         host = std::make_unique<RecipientsHost>();
         host->show();
@@ -117,7 +114,6 @@ const QString kAnnie = QStringLiteral("Annie Hall <annie@y.test>");
 const QString kAnn = QStringLiteral("Ann Smith <ann.smith@x.test>");
 
 TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
-    EXPECT_FALSE(host->controller->visible());
     typeAndWait(QStringLiteral("ANN"), 3);
     EXPECT_EQ(host->rowTexts(),
               (QStringList{kAnnie + QStringLiteral("(9)"), kAnn + QStringLiteral("(3)"),
@@ -159,9 +155,8 @@ TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
     EXPECT_FALSE(host->controller->visible());
 }
 
-// Escape closes the list; Return is consumed even without a suggestion; other keys go on to
-// the window. An empty result hides the list, the next one shows it at the field's new place;
-// a Backspace filters again only a quarter second later.
+// Escape closes the list, Return is consumed even without a suggestion, other keys go on; an
+// empty result hides the list; a Backspace filters again only a quarter second later.
 TEST_F(RecipientsTest, EscapeReturnAndBackspaceKeepTheListInStepWithTheText) {
     typeAndWait(QStringLiteral("ann"), 3);
     QTest::keyClick(host->field, Qt::Key_Escape);
@@ -268,7 +263,6 @@ TEST_F(RecipientsTest, ThirtyRowsScrollOnlyWhenTheSelectionLeavesTheViewFromAnyT
     EXPECT_EQ(table->rowHeight(0), 22);
     // 200 points show nine whole rows and part of the tenth.
     EXPECT_EQ(TableViewZemlo::visibleRows(table), (TableViewZemlo::RowRange{0, 10}));
-    EXPECT_GT(table->verticalScrollBar()->maximum(), 0);
     for (int i = 0; i < 8; ++i)
         QTest::keyClick(host->field, Qt::Key_Down);
     EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 8);
@@ -281,9 +275,8 @@ TEST_F(RecipientsTest, ThirtyRowsScrollOnlyWhenTheSelectionLeavesTheViewFromAnyT
     const TableViewZemlo::RowRange last = TableViewZemlo::visibleRows(table);
     EXPECT_EQ(last.location + last.length, 30);
 
-    // The selection helpers called from another thread run on the main thread. Hidden first, so
-    // that no repaint meanwhile hands image work to Qt's own worker threads, whose hand-over the
-    // thread sanitizer cannot see in an uninstrumented Qt.
+    // The selection helpers called from another thread run on the main thread; hidden first, so
+    // that no repaint hands work to Qt's own threads, which the thread sanitizer cannot see.
     host->hide();
     std::atomic<int> seen = -2;
     std::atomic<bool> done = false;
@@ -338,8 +331,7 @@ protected:
     void SetUp() override { writeContacts(); }
 };
 
-// The composer is shown while the contacts are still being read: the keys typed meanwhile are
-// kept, and once the book is ready the list answers the text the field holds by then.
+// Keys typed while the contacts are read are kept; the ready book answers the text by then.
 TEST_F(ContactsLoading, KeysTypedBeforeTheContactsAreReadAreAnsweredOnceTheyAre) {
     // The book's lock held as the main application holds it while it writes the book.
     QFile lock(FileCoordinator::lockPathFor(container.dataFolder() + QStringLiteral("/Contacts")));

@@ -68,10 +68,6 @@ bool Process::running() {
     return false;
 }
 
-void Process::terminate() const {
-    ::kill(m_pid, SIGTERM);
-}
-
 bool Process::finish(int timeoutMs) {
     const QDeadlineTimer deadline(timeoutMs);
     while (running() && !deadline.hasExpired())

@@ -4,20 +4,17 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <optional>
 #include <sys/types.h>
 
 namespace velmora::test {
 
-// A child program (found on PATH) started with posix_spawn, not QProcess (see Process.cpp); its
-// output goes to files, so children it leaves behind never write into a closed pipe. Killed if
-// still running when the object goes.
+// A child program started with posix_spawn (see Process.cpp), its output in files so children
+// it leaves behind never write into a closed pipe; killed if still running at the end.
 class Process {
 public:
     // Arguments as bytes, so that a file name that is no UTF-8 reaches the program unchanged.
@@ -30,7 +27,7 @@ public:
 
     pid_t pid() const { return m_pid; }
     bool running();
-    void terminate() const;
+    void terminate() const { ::kill(m_pid, SIGTERM); }
     // Waits for the end; false when it did not end in time (it is left running).
     bool finish(int timeoutMs);
     // -1 while it runs, or when a signal ended it.

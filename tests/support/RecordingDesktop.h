@@ -7,7 +7,6 @@
 #include "TestSupport.h"
 
 #include <QStringList>
-#include <QTemporaryDir>
 
 namespace velmora::test {
 

@@ -4,8 +4,6 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QString>
 #include <QTemporaryDir>
 #include <QUrlQuery>
 

@@ -57,6 +57,7 @@ const Row kRows[] = {
     {"control-a-emacs", Qt::Key_A, Ctl, "a", 0, "moveToBeginningOfParagraph:", Control, 0, "a"},
     // X11 turns Ctrl-Shift-D into a control character; Command leaves the letter.
     {"command-shift-d", Qt::Key_D, Cmd | Sh, "\x04", 0, "noop:", Command | Shift, 2, "D"},
+    {"command-d-caps-lock", Qt::Key_D, Cmd, "\x04", kX11Lock, "noop:", Command | CapsLock, 2, "D"},
     {"command-option-z", Qt::Key_Z, Cmd | Opt, "", 0, "noop:", Command | Option, 6, "z"},
     {"letter", Qt::Key_A, None, "a", 0, "insertText:", 0, 0, "a"},
     {"caps-lock-letter", Qt::Key_S, None, "S", kX11Lock, "insertText:", CapsLock, 1, "S"},
@@ -113,8 +114,7 @@ struct Window {
     }
 };
 
-// Once the alert shows, clicks the window's own button (which the sheet must block) and then
-// the alert's button; runs from the event loop the sheet runs.
+// From the sheet's event loop: clicks the window's button (the sheet must block it), then button.
 void pressWhenShown(QMessageBox& alert, QAbstractButton* button, Window& window,
                     std::atomic<int>& clicksWhileShown) {
     auto* poll = new QTimer(&alert);
@@ -129,16 +129,14 @@ void pressWhenShown(QMessageBox& alert, QAbstractButton* button, Window& window,
     poll->start(5);
 }
 
-// Each way of running the sheet: for a given window, for the active one, and called from a
-// worker while the main thread keeps its event loop running, as the call requires.
+// For a given window, for the active one, and from a worker while the main thread's loop runs.
 TEST(SynchronousSheet, ReturnsTheCodeOfThePressedButtonAndBlocksTheWindowMeanwhile) {
     Window window;
     const auto offMainThread = [&](QMessageBox& box) {
         std::atomic<int> code = 0;
         std::thread worker([&] { code = runModalSheetForWindow(box, &window.widget); });
-        const bool answered = QTest::qWaitFor([&] { return code != 0; }, 10000);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return code != 0; }, 10000));
         worker.join();
-        EXPECT_TRUE(answered);
         return code.load();
     };
     const auto forWindow = [&](QMessageBox& box) {
