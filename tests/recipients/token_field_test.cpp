@@ -2,23 +2,118 @@
 //
 // SPDX-License-Identifier: MIT
 
-#include "RecipientsHost.h"
+#include "TestSupport.h"
+#include "platform/FileCoordinator.h"
+#include "recipients/ExtensionSuggestionCellView.h"
+#include "recipients/ExtensionSuggestionController.h"
 #include "recipients/ExtensionSuggestionTableView.h"
+#include "recipients/ExtensionTokenField.h"
+#include "recipients/SuggestionHost.h"
 #include "recipients/TableViewZemlo.h"
+#include "views/FlippedView.h"
 
 #include <QClipboard>
+#include <QFile>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTest>
+
+#include <atomic>
+#include <sys/file.h>
+#include <thread>
 
 using namespace velmora;
-using velmora::test::RecipientsTest;
 
 namespace {
+
+// The composer's stand-in: the To field, a subject after it, the list added last; counts the
+// recipient notifications and the keys that reach it past the field.
+class RecipientsHost : public QWidget, public SuggestionHost {
+public:
+    RecipientsHost() {
+        resize(600, 400);
+        field->setGeometry(20, 40, 560, 26);
+        field->setPlaceholderString(QStringLiteral("To:"));
+        subject->setGeometry(20, 80, 560, 26);
+        setTabOrder(field, subject);
+        controller->view()->setParent(this);
+        field->setSuggestioncontroller(controller);
+    }
+    void manageAddresses() override { ++manageCalls; }
+    bool waitForRows(int rows) {
+        return QTest::qWaitFor([&] { return rowCount() == rows; }, 5000);
+    }
+    int rowCount() const { return controller->table()->model()->rowCount(); }
+    QStringList rowTexts() const {
+        QStringList out;
+        for (int row = 0; row < rowCount(); ++row)
+            out.append(controller->table()->model()->index(row, 0).data().toString());
+        return out;
+    }
+    // "[pretty]" for a committed token, the text for typed text.
+    QStringList tokens() const {
+        QStringList out;
+        for (const Token& t : field->objectValue())
+            out.append(isCommitted(t) ? u'[' + displayString(t) + u']' : textOf(t));
+        return out;
+    }
+
+    ExtensionTokenField* field = new ExtensionTokenField(this);
+    QLineEdit* subject = new QLineEdit(this);
+    ExtensionSuggestionController* controller =
+        new ExtensionSuggestionController(QRect(0, 0, 600, 400), this);
+    int manageCalls = 0;
+    QList<int> keysSeen;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override { keysSeen.append(event->key()); }
+};
+
+// The contacts typed against: "ann" matches Annie Hall (rank 9), Ann Smith (3) and
+// hannah@w.test (1, by mail); "bulk" matches 30 addresses.
+class RecipientsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        writeContacts();
+        if (!IsSkipped())
+            showHost();
+    }
+    void writeContacts() {
+        QByteArray json = R"([
+            {"mail": "ann.smith@x.test", "firstName": "Ann", "lastName": "Smith", "rank": 3},
+            {"mail": "annie@y.test", "firstName": "Annie", "lastName": "Hall", "rank": 9},
+            {"mail": "hannah@w.test", "rank": 1}, {"mail": "known@x.test"})";
+        for (int i = 0; i < 30; ++i)
+            json += QStringLiteral(R"(, {"mail": "bulk%1@list.test", "firstName": "Bulk"})")
+                        .arg(i, 2, 10, QLatin1Char('0'))
+                        .toUtf8();
+        if (!test::writePlist(container.dataFolder() + QStringLiteral("/Contacts/Addresses.plist"),
+                              json + "]", false))
+            GTEST_SKIP() << "python3 is needed to write property lists";
+    }
+    void showHost() {
+        host = std::make_unique<RecipientsHost>();
+        host->show();
+        host->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(host.get()));
+        host->field->setFocus();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return host->field->hasFocus(); }, 5000));
+    }
+    void typeAndWait(const QString& text, int rows) {
+        QTest::keyClicks(host->field, text);
+        ASSERT_TRUE(host->waitForRows(rows)) << "rows: " << host->rowCount();
+    }
+
+    test::TempContainer container;
+    std::unique_ptr<RecipientsHost> host;
+};
 
 const QString kAnnie = QStringLiteral("Annie Hall <annie@y.test>");
 const QString kAnn = QStringLiteral("Ann Smith <ann.smith@x.test>");
 
 TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
-    EXPECT_FALSE(host->controller->visible());
     typeAndWait(QStringLiteral("ANN"), 3);
     EXPECT_EQ(host->rowTexts(),
               (QStringList{kAnnie + QStringLiteral("(9)"), kAnn + QStringLiteral("(3)"),
@@ -60,9 +155,8 @@ TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
     EXPECT_FALSE(host->controller->visible());
 }
 
-// Escape closes the list; Return is consumed even without a suggestion; other keys go on to
-// the window. An empty result hides the list, the next one shows it at the field's new place;
-// a Backspace filters again only a quarter second later.
+// Escape closes the list, Return is consumed even without a suggestion, other keys go on; an
+// empty result hides the list; a Backspace filters again only a quarter second later.
 TEST_F(RecipientsTest, EscapeReturnAndBackspaceKeepTheListInStepWithTheText) {
     typeAndWait(QStringLiteral("ann"), 3);
     QTest::keyClick(host->field, Qt::Key_Escape);
@@ -152,6 +246,113 @@ TEST(TokenFieldWithoutComposer, NotifiesNobody) {
     EXPECT_EQ(alone.objectValue().size(), 1);
     EXPECT_TRUE(alone.doCommandBySelector(alone.fieldEditor(), QStringLiteral("moveUp:")));
     EXPECT_FALSE(alone.doCommandBySelector(alone.fieldEditor(), QStringLiteral("insertTab:")));
+}
+
+QPoint rowCenter(QTableView* table, int row) {
+    return table->visualRect(table->model()->index(row, 0)).center();
+}
+
+TEST_F(RecipientsTest, ThirtyRowsScrollOnlyWhenTheSelectionLeavesTheViewFromAnyThread) {
+    typeAndWait(QStringLiteral("bulk"), 30);
+    QTableView* table = host->controller->table();
+    // No rank, nothing glued to the text; a group shows its name and member count.
+    EXPECT_EQ(host->rowTexts().first(), QStringLiteral("Bulk <bulk00@list.test>"));
+    const auto team = std::make_shared<ExtensionGroup>();
+    team->setName(QStringLiteral("Team"));
+    EXPECT_EQ(ExtensionSuggestionCellView::textForObject(team), QStringLiteral("Team"));
+    EXPECT_EQ(table->rowHeight(0), 22);
+    // 200 points show nine whole rows and part of the tenth.
+    EXPECT_EQ(TableViewZemlo::visibleRows(table), (TableViewZemlo::RowRange{0, 10}));
+    for (int i = 0; i < 8; ++i)
+        QTest::keyClick(host->field, Qt::Key_Down);
+    EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 8);
+    EXPECT_EQ(table->verticalScrollBar()->value(), 0);
+    QTest::keyClick(host->field, Qt::Key_Down);
+    EXPECT_GT(table->verticalScrollBar()->value(), 0);
+    for (int i = 0; i < 40; ++i)
+        QTest::keyClick(host->field, Qt::Key_Down);
+    EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 29);
+    const TableViewZemlo::RowRange last = TableViewZemlo::visibleRows(table);
+    EXPECT_EQ(last.location + last.length, 30);
+
+    // The selection helpers called from another thread run on the main thread; hidden first, so
+    // that no repaint hands work to Qt's own threads, which the thread sanitizer cannot see.
+    host->hide();
+    std::atomic<int> seen = -2;
+    std::atomic<bool> done = false;
+    std::thread worker([&] {
+        TableViewZemlo::SelectRow(table, 12, true, false);
+        seen = TableViewZemlo::maxSelectedRow(table);
+        TableViewZemlo::SelectRow(table, -5); // clamped to the first row
+        done = true;
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 5000));
+    worker.join();
+    EXPECT_EQ(seen, 12);
+    EXPECT_EQ(TableViewZemlo::minSelectedRow(table), 0);
+    TableViewZemlo::SelectRow(table, 99); // clamped to the last row
+    EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 29);
+}
+
+TEST_F(RecipientsTest, ASingleClickTakesARowAndADoubleClickTakesItOnce) {
+    typeAndWait(QStringLiteral("ann"), 3);
+    QTableView* table = host->controller->table();
+    // Below the last row: nothing taken, the selection stays.
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, QPoint(50, 150));
+    EXPECT_EQ(host->manageCalls, 0);
+    EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 0);
+    EXPECT_TRUE(host->controller->visible());
+
+    // Through the window, as the window system delivers a double click.
+    QTest::mouseDClick(host->windowHandle(), Qt::LeftButton, {},
+                       table->viewport()->mapTo(host.get(), rowCenter(table, 1)));
+    EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("[Ann Smith <ann.smith@x.test>]")});
+    EXPECT_EQ(host->manageCalls, 1);
+    EXPECT_FALSE(host->controller->visible());
+
+    // The list takes no focus: typing goes on in the field.
+    host->field->setFocus();
+    QTest::keyClicks(host->field, QStringLiteral("hann"));
+    ASSERT_TRUE(host->waitForRows(1));
+    QTest::mouseClick(host->windowHandle(), Qt::LeftButton, {},
+                      table->viewport()->mapTo(host.get(), rowCenter(table, 0)));
+    EXPECT_TRUE(host->field->hasFocus());
+    EXPECT_EQ(host->tokens(), (QStringList{QStringLiteral("[Ann Smith <ann.smith@x.test>]"),
+                                           QStringLiteral("[<hannah@w.test>]")}));
+    EXPECT_EQ(host->manageCalls, 2);
+    // No modifier toggles the one selected row off.
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, rowCenter(table, 0));
+    EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 0);
+}
+
+// The contacts as in the other tests, but the stand-in composer is shown by the test itself.
+class ContactsLoading : public RecipientsTest {
+protected:
+    void SetUp() override { writeContacts(); }
+};
+
+// Keys typed while the contacts are read are kept; the ready book answers the text by then.
+TEST_F(ContactsLoading, KeysTypedBeforeTheContactsAreReadAreAnsweredOnceTheyAre) {
+    // The book's lock held as the main application holds it while it writes the book.
+    QFile lock(FileCoordinator::lockPathFor(container.dataFolder() + QStringLiteral("/Contacts")));
+    ASSERT_TRUE(lock.open(QIODevice::ReadWrite));
+    ASSERT_EQ(::flock(lock.handle(), LOCK_EX), 0);
+    showHost();
+
+    // The window answers keys while the book is locked; nothing is offered yet.
+    QTest::keyClicks(host->field, QStringLiteral("ann"));
+    QTest::qWait(100);
+    EXPECT_FALSE(host->controller->contactsReady());
+    EXPECT_EQ(host->rowCount(), 0);
+    QTest::keyClicks(host->field, QStringLiteral("i"));
+
+    lock.close();
+    // "anni", not "ann": only Annie.
+    ASSERT_TRUE(host->waitForRows(1)) << "rows: " << host->rowCount();
+    EXPECT_TRUE(host->controller->contactsReady());
+    EXPECT_EQ(host->rowTexts(), QStringList{QStringLiteral("Annie Hall <annie@y.test>(9)")});
+    EXPECT_TRUE(host->controller->visible());
+    EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("anni")});
 }
 
 } // namespace

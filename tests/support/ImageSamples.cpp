@@ -6,6 +6,7 @@
 
 #include <QBuffer>
 #include <QImageWriter>
+#include <QPainter>
 #include <QtEndian>
 
 #include <cstdlib>
@@ -15,10 +16,7 @@ namespace velmora::test {
 QImage twoColourImage(int width, int height) {
     QImage image(width, height, QImage::Format_RGB32);
     image.fill(Qt::blue);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width / 2; ++x)
-            image.setPixelColor(x, y, Qt::red);
-    }
+    QPainter(&image).fillRect(0, 0, width / 2, height, Qt::red);
     return image;
 }
 

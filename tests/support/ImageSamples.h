@@ -4,7 +4,6 @@
 
 #pragma once
 
-#include <QByteArray>
 #include <QColor>
 #include <QImage>
 

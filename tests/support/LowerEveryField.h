@@ -10,9 +10,8 @@
 
 namespace velmora::test {
 
-// Suggestions found the plain way: every field of every address lower-cased again for each
-// query, then a stable sort by rank. The tests hold the matcher to its results; the benchmark
-// measures the matcher against its speed.
+// Suggestions found the plain way, every field lower-cased for each query, then a stable sort
+// by rank: the matcher's tests compare its results, the benchmark its speed.
 inline QList<Recipient> lowerEveryField(const SuggestionMatcher::Addresses& addresses,
                                         const QString& text) {
     const QString q = text.toLower();

@@ -18,22 +18,8 @@
 
 namespace velmora::test {
 
-namespace {
-
-QList<QByteArray> encoded(const QStringList& args) {
-    QList<QByteArray> words;
-    for (const QString& arg : args)
-        words.append(QFile::encodeName(arg));
-    return words;
-}
-
-} // namespace
-
-// Qt starts children with clone(CLONE_VM), and the thread sanitizer's handling of that clone
-// runs its after-fork code for the child on the parent's own thread state, which leaves the
-// thread that started the child with its locks unseen (every later hand-over through a mutex
-// looks like a race) and forbids new threads. posix_spawn clones inside the C library, where the
-// sanitizer does not step in.
+// Not QProcess: the thread sanitizer's handling of Qt's clone(CLONE_VM) leaves the starting
+// thread's locks unseen (docs/development.md); posix_spawn clones where it does not step in.
 Process::Process(const QString& program, const QList<QByteArray>& args, const QByteArray& input,
                  const QString& workingDirectory) {
     std::vector<QByteArray> words{QFile::encodeName(program)};
@@ -62,7 +48,10 @@ Process::Process(const QString& program, const QList<QByteArray>& args, const QB
 }
 
 Process::Process(const QString& program, const QStringList& args, const QByteArray& input)
-    : Process(program, encoded(args), input) {}
+    : Process(program, // each argument encoded: joined at NULs, which no argument holds
+              args.isEmpty() ? QList<QByteArray>()
+                             : QFile::encodeName(args.join(u'\0')).split('\0'),
+              input) {}
 
 Process::~Process() {
     if (running()) {
@@ -77,10 +66,6 @@ bool Process::running() {
         return m_pid > 0 && !m_exitCode;
     m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return false;
-}
-
-void Process::terminate() const {
-    ::kill(m_pid, SIGTERM);
 }
 
 bool Process::finish(int timeoutMs) {

@@ -4,24 +4,20 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <optional>
 #include <sys/types.h>
 
 namespace velmora::test {
 
-// A child program (found on PATH), started at construction with posix_spawn rather than QProcess
-// (see Process.cpp), with its standard input read from given bytes and its standard output and
-// error written to files of its own, so that children it leaves behind never write into a closed
-// pipe. A child still running when the object goes is killed.
+// A child program started with posix_spawn (see Process.cpp), its output in files so children
+// it leaves behind never write into a closed pipe; killed if still running at the end.
 class Process {
 public:
-    // Arguments as bytes, so that a file name that is no UTF-8 reaches the program as it is.
+    // Arguments as bytes, so that a file name that is no UTF-8 reaches the program unchanged.
     Process(const QString& program, const QList<QByteArray>& args, const QByteArray& input = {},
             const QString& workingDirectory = {});
     Process(const QString& program, const QStringList& args, const QByteArray& input = {});
@@ -31,10 +27,10 @@ public:
 
     pid_t pid() const { return m_pid; }
     bool running();
-    void terminate() const;
+    void terminate() const { ::kill(m_pid, SIGTERM); }
     // Waits for the end; false when it did not end in time (it is left running).
     bool finish(int timeoutMs);
-    // The exit status once it has exited; -1 while it runs, or when a signal ended it.
+    // -1 while it runs, or when a signal ended it.
     int exitCode() const { return m_exitCode.value_or(-1); }
     QString out() const;
     QString err() const;

@@ -5,10 +5,11 @@
 #include "RecordingDesktop.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <chrono>
 #include <thread>
@@ -46,9 +47,8 @@ QString RecordingDesktop::entryPath(const QString& id) const {
 QStringList RecordingDesktop::takeRecord(const QString& id, int timeoutMs) {
     // The launched program is not our child, so there is nothing to wait on but the file.
     const QString path = records() + u'/' + id;
-    QElapsedTimer timer;
-    timer.start();
-    while (!QFileInfo::exists(path) && timer.elapsed() < timeoutMs) {
+    const QDeadlineTimer deadline(timeoutMs);
+    while (!QFileInfo::exists(path) && !deadline.hasExpired()) {
         if (QCoreApplication::instance())
             QCoreApplication::processEvents();
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -59,11 +59,10 @@ QStringList RecordingDesktop::takeRecord(const QString& id, int timeoutMs) {
 }
 
 QStringList RecordingDesktop::takeArguments(const QString& id, int timeoutMs) {
-    QStringList arguments;
-    for (const QString& line : takeRecord(id, timeoutMs)) {
-        if (line.startsWith(u"arg="))
-            arguments.append(line.mid(4));
-    }
+    QStringList arguments =
+        takeRecord(id, timeoutMs).filter(QRegularExpression(QStringLiteral("^arg=")));
+    for (QString& argument : arguments)
+        argument.remove(0, 4);
     return arguments;
 }
 

@@ -7,15 +7,11 @@
 #include "TestSupport.h"
 
 #include <QStringList>
-#include <QTemporaryDir>
 
 namespace velmora::test {
 
-// A desktop of its own for launches: XDG_DATA_HOME and XDG_DATA_DIRS point into a temporary
-// folder and the session bus nowhere, so the desktop entries written here are the only
-// applications there are. Each entry runs a recorder script that writes the activation tokens
-// it inherited and its arguments to a record named after the entry. Processes started from the
-// test inherit the same environment.
+// A private desktop (XDG data folders in a temporary folder, no session bus) whose only
+// applications are entries written here; each runs a recorder of its tokens and arguments.
 class RecordingDesktop {
 public:
     RecordingDesktop();
@@ -25,10 +21,8 @@ public:
     QString entryPath(const QString& id) const;
     QString dataHome() const { return m_dir.filePath(QStringLiteral("home")); }
 
-    // The record of id's launch once the recorder has run, polled for up to timeoutMs (events
-    // are processed meanwhile); empty when it did not run. Lines: "startup=<token or unset>",
-    // "activation=<token or unset>", then "arg=<argument>" for each argument. The record is
-    // taken away, so that a later launch writes a new one.
+    // id's launch record, polled for up to timeoutMs, taken away; empty when it did not run.
+    // Lines: "startup=<token or unset>", "activation=<token or unset>", "arg=<argument>"...
     QStringList takeRecord(const QString& id, int timeoutMs = 20000);
     // Only the arguments of takeRecord.
     QStringList takeArguments(const QString& id, int timeoutMs = 20000);

@@ -4,7 +4,6 @@
 
 #pragma once
 
-#include <QString>
 #include <QStringList>
 
 namespace velmora::test {
@@ -14,7 +13,7 @@ inline QString shown(const QString& text) {
     return text.isNull() ? QStringLiteral("<null>") : u'"' + text + u'"';
 }
 
-// Each text shown, so that one comparison of lists checks every field and its nullness.
+// Each text shown: one comparison checks every field and its nullness.
 inline QStringList shown(std::initializer_list<QString> texts) {
     QStringList out;
     for (const QString& text : texts)

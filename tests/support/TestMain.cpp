@@ -14,11 +14,8 @@ using TestApplication = QGuiApplication;
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    // Tests never read the developer's own data: the environment comes from CTest, and each
-    // test that needs a container makes its own.
     ::testing::InitGoogleTest(&argc, argv);
-    // A fixed platform, locale and time zone, so that results never depend on the machine;
-    // widgets need no display.
+    // Results never depend on the machine's platform, locale or time zone.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("LANG", "C.UTF-8");
@@ -26,7 +23,6 @@ int main(int argc, char** argv) {
     tzset();
     TestApplication app(argc, argv);
 #ifdef VELMORA_TEST_WIDGETS
-    // One style everywhere, so that sizes and pictures do not depend on the desktop.
     QApplication::setStyle(QStringLiteral("Fusion"));
 #endif
     return RUN_ALL_TESTS();

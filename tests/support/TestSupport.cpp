@@ -75,7 +75,7 @@ QStringList attachmentPaths(const QUrlQuery& query) {
     return paths;
 }
 
-bool runPython(const QString& script, const QStringList& args) {
+static bool runPython(const QString& script, const QStringList& args) {
     QString python = QStringLiteral(VELMORA_TEST_PYTHON);
     if (python.isEmpty() || !QFileInfo(python).isExecutable())
         python = QStandardPaths::findExecutable(QStringLiteral("python3"));

@@ -4,8 +4,6 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QString>
 #include <QTemporaryDir>
 #include <QUrlQuery>
 
@@ -31,8 +29,7 @@ private:
     std::optional<QByteArray> m_old;
 };
 
-// A fresh shared container in a temporary directory, with this program's bundle identifier
-// set; the data folder is <root>/SharedData (or SharedDataBeta for a beta identifier).
+// A fresh shared container in a temporary directory, with the bundle identifier set.
 class TempContainer {
 public:
     explicit TempContainer(const QByteArray& bundleId = "it.zemlo.velmora.share");
@@ -54,12 +51,8 @@ void writeFile(const QString& path, const QByteArray& bytes);
 // The attachment paths a send URL's query names (attachment_0, attachment_1, ...), in order.
 QStringList attachmentPaths(const QUrlQuery& query);
 
-// Runs python3 with the script and arguments; fails the current test when it does not exit 0.
-// Returns false when no python3 is available (the caller skips).
-bool runPython(const QString& script, const QStringList& args);
-
-// Writes the JSON value as a property list through Python's plistlib, XML or binary; false when
-// no python3 is available (the caller skips).
+// Writes the JSON value as a property list through Python's plistlib; false when python3 is
+// missing (the caller skips) or failed (the test fails).
 bool writePlist(const QString& path, const QByteArray& json, bool binary);
 
 } // namespace velmora::test
