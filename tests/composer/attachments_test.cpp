@@ -14,12 +14,9 @@
 #include "composer/ThumbnailCache.h"
 #include "composer/ThumbnailLoader.h"
 
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QImageWriter>
-#include <QLabel>
 #include <QMimeDatabase>
 #include <QSignalSpy>
 #include <QTest>
@@ -36,29 +33,16 @@ namespace {
 
 const QSize k128(128, 128);
 
+// The cache is GLib's: an entry is named by the MD5 of the file's URI, escaped as GLib escapes it.
 TEST(ThumbnailCache, NamesEntriesByTheMd5OfTheUriAsGLibWritesIt) {
-    const struct {
-        const char* name;
-        QString path;
-        QByteArray uri;
-    } rows[] = {
-        {"plain", QStringLiteral("/home/jens/photos/me.png"), "file:///home/jens/photos/me.png"},
-        {"reserved-and-unicode", QStringLiteral("/tmp/a b#%?[]{}\u00e9!$&'()*+,:;=@~\"<>\\^`|"),
-         "file:///tmp/a%20b%23%25%3F%5B%5D%7B%7D%C3%A9!$&'()*+,:%3B=@~%22%3C%3E%5C%5E%60%7C"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(ThumbnailCache::fileUri(row.path), row.uri);
-    }
-    // The thumbnail standard's own example.
+    EXPECT_EQ(
+        ThumbnailCache::fileUri(QStringLiteral("/tmp/a b#%?[]{}\u00e9!$&'()*+,:;=@~\"<>\\^`|")),
+        "file:///tmp/a%20b%23%25%3F%5B%5D%7B%7D%C3%A9!$&'()*+,:%3B=@~%22%3C%3E%5C%5E%60%7C");
+    // The thumbnail standard's own example; a bigger request looks in "large" first, "normal" last.
     IsolatedDesktop desktop;
-    const QStringList paths =
-        ThumbnailCache::entryPaths(QStringLiteral("/home/jens/photos/me.png"), k128);
-    ASSERT_FALSE(paths.isEmpty());
-    EXPECT_EQ(paths.first(),
-              desktop.cacheHome() + QStringLiteral("/thumbnails/normal/"
-                                                   "c6ee772d9e49320e97ec29a7eb5b1697.png"));
-    // A bigger request looks in "large" first, and still finds a smaller entry last.
+    EXPECT_EQ(ThumbnailCache::entryPaths(QStringLiteral("/home/jens/photos/me.png"), k128).value(0),
+              desktop.cacheHome() +
+                  QStringLiteral("/thumbnails/normal/c6ee772d9e49320e97ec29a7eb5b1697.png"));
     const QStringList big = ThumbnailCache::entryPaths(QStringLiteral("/a"), QSize(200, 150));
     EXPECT_TRUE(big.first().contains(QLatin1String("/thumbnails/large/")));
     EXPECT_TRUE(big.last().contains(QLatin1String("/thumbnails/normal/")));
@@ -115,9 +99,6 @@ TEST(FilePreview, ContentIsDecodedToFitKeepingItsShapeAndOrientation) {
     const QString turned =
         writeBytes(desktop.files() + QStringLiteral("/turned.jpg"),
                    jpegWithOrientation(landscape, 6)); // turn a quarter clockwise
-    QImageReader raw(turned);
-    ASSERT_EQ(raw.transformation(), QImageIOHandler::TransformationRotate90);
-    ASSERT_EQ(raw.size(), QSize(400, 200));
     EXPECT_EQ(contentPreview(turned, k128).size(), QSize(64, 128));
 
     // The name says image, the bytes do not: the type's icon instead of nothing.
@@ -170,50 +151,17 @@ TEST(FilePreview, WithoutContentTheThemeIconOfTheTypeThenItsGenericIconThenABuil
     ASSERT_EQ(builtIn.size(), k128);
     EXPECT_EQ(builtIn.pixelColor(0, 0).alpha(), 0);
     EXPECT_TRUE(near(builtIn.pixelColor(50, 40), Qt::white, 8));
-    EXPECT_FALSE(isTransparent(builtIn.copy(0, 0, 128, 128)));
 
     EXPECT_TRUE(imageWithPreviewOfFileAtPath(QString(), QSizeF(128, 128), false).isNull());
     EXPECT_TRUE(imageWithPreviewOfFileAtPath(text, QSizeF(0, 0), false).isNull());
 }
 
-TEST(ThumbnailLoader, DeliversWhatTheSynchronousPathMakesOnceEachOnItsOwnThread) {
-    IsolatedDesktop desktop;
-    const QStringList files = {
-        writeImage(desktop.files() + QStringLiteral("/a.png"), QSize(500, 250), Qt::blue),
-        writePdf(desktop.files() + QStringLiteral("/b.pdf"), Qt::red),
-        writeBytes(desktop.files() + QStringLiteral("/c.bin"), QByteArray(300, '\x01')),
-        writeImage(desktop.files() + QStringLiteral("/d.jpg"), QSize(300, 600), Qt::green),
-    };
-    ThumbnailLoader loader;
-    QSignalSpy idle(&loader, &ThumbnailLoader::idle);
-    QObject receiver;
-    std::map<QString, QList<QImage>> delivered;
-    QThread* const mainThread = QThread::currentThread();
-    bool onMainThread = true;
-    for (int round = 0; round < 3; ++round) {
-        for (const QString& file : files) {
-            loader.request(file, k128, &receiver, [&, file](const QImage& image) {
-                onMainThread = onMainThread && QThread::currentThread() == mainThread;
-                delivered[file].append(image);
-            });
-        }
-    }
-    EXPECT_EQ(loader.pendingCount(), 12);
-    ASSERT_TRUE(idle.wait(20000));
-    EXPECT_TRUE(onMainThread);
-    for (const QString& file : files) {
-        SCOPED_TRACE(file.toStdString());
-        ASSERT_EQ(delivered[file].size(), 3);
-        const QImage expected = imageWithPreviewOfFileAtPath(file, QSizeF(k128), false);
-        for (const QImage& image : delivered[file])
-            EXPECT_EQ(image, expected);
-    }
-}
-
+// Only the one live request is answered, on the main thread, with what the synchronous path makes.
 TEST(ThumbnailLoader, NothingReachesADestroyedReceiverOrACancelledRequest) {
     IsolatedDesktop desktop;
     const QString file =
         writeImage(desktop.files() + QStringLiteral("/a.png"), QSize(800, 800), Qt::blue);
+    const QImage expected = imageWithPreviewOfFileAtPath(file, QSizeF(k128), false);
     int calls = 0;
     {
         ThumbnailLoader loader;
@@ -223,7 +171,11 @@ TEST(ThumbnailLoader, NothingReachesADestroyedReceiverOrACancelledRequest) {
         loader.request(file, k128, receiver.get(), [&](const QImage&) { ++calls; });
         const quint64 cancelled =
             loader.request(file, k128, &kept, [&](const QImage&) { ++calls; });
-        loader.request(file, k128, &kept, [&](const QImage&) { calls += 100; });
+        loader.request(file, k128, &kept, [&](const QImage& image) {
+            calls += 100;
+            EXPECT_EQ(QThread::currentThread(), kept.thread());
+            EXPECT_EQ(image, expected);
+        });
         receiver.reset();
         loader.cancel(cancelled);
         ASSERT_TRUE(idle.wait(20000));
@@ -249,16 +201,11 @@ QImage render(QWidget& widget) {
     return image;
 }
 
-QImage thumbnailOf(ExtensionAttachmentCollectionViewItem* item) {
-    return item->view()->imv()->pixmap().toImage();
-}
-
 TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChanges) {
     auto list = std::make_shared<List>(List{QStringLiteral("/a/report.txt")});
     ExtensionAttachmentController controller;
     controller.setContent(list);
     EXPECT_EQ(controller.content(), list);
-    EXPECT_EQ(controller.rowCount(), 1);
 
     // The owner appends; told so, the controller adds rows for the new elements only.
     QSignalSpy inserted(&controller, &QAbstractItemModel::rowsInserted);
@@ -266,18 +213,14 @@ TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChange
     list->append(QStringLiteral("/b/report.txt"));
     list->append(QUrl::fromLocalFile(QStringLiteral("/c/photo one.png")));
     controller.rearrangeObjects();
-    ASSERT_EQ(inserted.size(), 1);
-    EXPECT_EQ(inserted.front().at(1).toInt(), 1);
-    EXPECT_EQ(inserted.front().at(2).toInt(), 2);
-    EXPECT_EQ(reset.size(), 0);
     controller.rearrangeObjects(); // nothing changed: nothing signalled
-    EXPECT_EQ(inserted.size(), 1);
+    ASSERT_EQ(inserted.size(), 1);
+    EXPECT_EQ(inserted.front().mid(1), (QVariantList{1, 2}));
+    EXPECT_EQ(reset.size(), 0);
 
     // addObjects appends to that same list.
     controller.addObjects({QUrl(QStringLiteral("https://example.com/x")), 42});
     EXPECT_EQ(list->size(), 5);
-    EXPECT_EQ(controller.rowCount(), 5);
-
     QStringList names, paths;
     for (int row = 0; row < controller.rowCount(); ++row) {
         names << controller.index(row).data().toString();
@@ -285,8 +228,7 @@ TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChange
     }
     EXPECT_EQ(names, QStringList({"report.txt", "report.txt", "photo one.png", "", ""}));
     EXPECT_EQ(paths, QStringList({"/a/report.txt", "/b/report.txt", "/c/photo one.png", "", ""}));
-    // Names of folders and odd paths.
-    QStringList lasts;
+    QStringList lasts; // names of folders and odd paths
     for (const char* path : {"/a/folder/", "/a//b//", "/", ""})
         lasts.append(ExtensionAttachmentController::lastPathComponent(QString::fromUtf8(path)));
     EXPECT_EQ(lasts, QStringList({"folder", "b", "/", ""}));
@@ -298,9 +240,11 @@ TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChange
     EXPECT_EQ(controller.rowCount(), 4);
 }
 
+// Another thread appends under the owner's lock while the strip catches up: the controller reads
+// the list only through the lock, into an array of its own.
 TEST(ExtensionAttachmentController, ReadsAndWritesTheListUnderItsOwnersLock) {
     auto list = std::make_shared<List>();
-    std::mutex lock; // the owner's
+    std::mutex lock;
     int accesses = 0;
     ExtensionAttachmentController controller;
     controller.setContent(list, [&](const std::function<void(List&)>& body) {
@@ -309,8 +253,6 @@ TEST(ExtensionAttachmentController, ReadsAndWritesTheListUnderItsOwnersLock) {
         body(*list);
     });
     EXPECT_EQ(accesses, 1);
-
-    // Another thread appends under the lock while the strip catches up.
     std::atomic<bool> finished = false;
     std::thread writer([&] {
         for (int i = 0; i < 200; ++i) {
@@ -322,84 +264,70 @@ TEST(ExtensionAttachmentController, ReadsAndWritesTheListUnderItsOwnersLock) {
     while (!finished)
         controller.rearrangeObjects();
     writer.join();
-    controller.rearrangeObjects();
-    EXPECT_EQ(controller.rowCount(), 200);
-    EXPECT_EQ(controller.index(199).data().toString(), QStringLiteral("file199.txt"));
-
     controller.addObjects({QStringLiteral("/x/y.txt")});
+    EXPECT_EQ(controller.rowCount(), 201);
+    EXPECT_EQ(controller.index(199).data().toString(), QStringLiteral("file199.txt"));
     const std::lock_guard locked(lock);
     EXPECT_EQ(list->size(), 201);
 }
 
-// A strip as the composer makes it, inside a window, over files of several kinds.
+// A strip as the composer makes it, inside a window, over an image, a PDF and an unknown file.
 struct Strip {
     IsolatedDesktop desktop;
     QWidget window;
     ExtensionAttachmentController controller;
-    ExtensionAttachmentCollectionView* view;
-    QString image, pdf, unknown, longName;
+    ExtensionAttachmentCollectionView* view =
+        new ExtensionAttachmentCollectionView(QRect(0, 0, 600, 168), &window);
+    const QString image = writeImage(desktop.files() + QStringLiteral("/holiday.png"),
+                                     QSize(600, 400), QColor(30, 90, 200));
+    const QString pdf = writePdf(desktop.files() + QStringLiteral("/invoice.pdf"), Qt::red);
+    const QString unknown = writeBytes(desktop.files() + QStringLiteral("/data.velmora-unknown"),
+                                       QByteArray("\x01\x02\x03\xff", 4).repeated(64));
 
-    explicit Strip(bool synchronous = true) {
-        image = writeImage(desktop.files() + QStringLiteral("/holiday.png"), QSize(600, 400),
-                           QColor(30, 90, 200));
-        pdf = writePdf(desktop.files() + QStringLiteral("/invoice.pdf"), QColor(200, 30, 30));
-        unknown = writeBytes(desktop.files() + QStringLiteral("/data.velmora-unknown"),
-                             QByteArray("\x01\x02\x03\xff", 4).repeated(64));
-        longName = writeImage(desktop.files() +
-                                  QStringLiteral("/a very long file name that cannot possibly "
-                                                 "fit under its thumbnail.jpg"),
-                              QSize(200, 300), QColor(40, 160, 60));
+    Strip() {
         window.resize(600, 168);
-        view = new ExtensionAttachmentCollectionView(QRect(0, 0, 600, 168), &window);
-        view->setThumbnailsSynchronous(synchronous);
+        view->setThumbnailsSynchronous(true);
         view->setAttachmentController(&controller);
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
     }
-    QImage item(int index) { return render(*view).copy(view->itemFrame(index)); }
 };
 
-// Empty, the strip is one item tall and transparent; filled, each kind of file shows in its
-// square with its name below, two files of one name each with its own picture; emptied again,
-// it is transparent again.
+// Empty, the strip is transparent; filled, each file shows in its square with its name below,
+// two files of one name each with its own picture, a long name cut within its own 128 points;
+// emptied again, it is transparent again.
 TEST(ExtensionAttachmentCollectionView, ShowsEachKindOfAttachmentWithItsNameBelow) {
     Strip strip;
-    EXPECT_EQ(strip.view->sizeHint().height(), 168);
     EXPECT_EQ(strip.view->height(), 168);
     EXPECT_TRUE(isTransparent(render(*strip.view)));
+    const QString longName =
+        writeImage(strip.desktop.files() + QStringLiteral("/a very long file name that cannot "
+                                                          "possibly fit under its thumbnail.jpg"),
+                   QSize(200, 300), QColor(40, 160, 60));
     const QString sameName = writeImage(strip.desktop.files() + QStringLiteral("/o/holiday.png"),
                                         QSize(100, 100), QColor(220, 200, 20));
     strip.controller.addObjects(
-        {strip.image, strip.pdf, strip.unknown, strip.longName, QUrl::fromLocalFile(sameName)});
+        {strip.image, strip.pdf, strip.unknown, longName, QUrl::fromLocalFile(sameName)});
     ASSERT_EQ(strip.view->count(), 5);
     const QImage picture = render(*strip.view);
     const QString output = QStringLiteral(VELMORA_TEST_OUTPUT_DIR "/attachment-strip.png");
     EXPECT_TRUE(picture.save(output)) << output.toStdString();
-
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 5; ++i) {
         SCOPED_TRACE(i);
         const QRect frame = strip.view->itemFrame(i);
-        EXPECT_EQ(frame.size(), QSize(128, 168));
         EXPECT_EQ(strip.view->itemAtIndex(i)->view()->geometry(), frame);
-        // Something drawn in the thumbnail square and in the name band, nothing in the gap.
+        // Something in the thumbnail square and in the name band, nothing in the gap or beside.
         EXPECT_FALSE(isTransparent(picture.copy(frame.x(), 0, 128, 128)));
         EXPECT_TRUE(isTransparent(picture.copy(frame.x(), 128, 128, 20)));
         EXPECT_FALSE(isTransparent(picture.copy(frame.x(), 148, 128, 20)));
+        EXPECT_TRUE(isTransparent(picture.copy(frame.right() + 1, 148, 10, 20)));
     }
-    // The image's own colours, the PDF's red upper half on white, the unknown type's icon.
-    EXPECT_TRUE(near(averageColor(strip.item(0), QRect(54, 54, 20, 20)), QColor(30, 90, 200)));
-    EXPECT_TRUE(near(averageColor(strip.item(1), QRect(40, 10, 48, 30)), QColor(200, 30, 30)));
-    EXPECT_TRUE(near(averageColor(strip.item(1), QRect(40, 90, 48, 30)), Qt::white));
-    EXPECT_FALSE(thumbnailOf(strip.view->itemAtIndex(2)).isNull());
-    // The long name is cut within its own 128 points: the space between items stays empty.
-    const QRect last = strip.view->itemFrame(3);
-    EXPECT_TRUE(isTransparent(picture.copy(last.x() - 10, 148, 10, 20)));
-    EXPECT_TRUE(isTransparent(picture.copy(last.right() + 1, 148, 10, 20)));
-    EXPECT_EQ(strip.view->itemAtIndex(3)->view()->filename(),
-              QStringLiteral("a very long file name that cannot possibly fit under its "
-                             "thumbnail.jpg"));
+    const auto middle = [&](int i) {
+        return averageColor(picture, strip.view->itemFrame(i).adjusted(54, 54, -54, -94));
+    };
+    EXPECT_TRUE(near(middle(0), QColor(30, 90, 200)));
+    EXPECT_TRUE(near(middle(4), QColor(220, 200, 20)));
     EXPECT_EQ(strip.view->itemAtIndex(4)->view()->filename(), QStringLiteral("holiday.png"));
-    EXPECT_TRUE(near(averageColor(strip.item(4), QRect(54, 54, 20, 20)), QColor(220, 200, 20)));
 
     strip.controller.setContent(std::make_shared<List>());
     EXPECT_EQ(strip.view->count(), 0);
@@ -427,21 +355,6 @@ TEST(ExtensionAttachmentCollectionView, ClicksAndArrowsSelectOneItemAndChangeNot
     QTest::mouseClick(strip.view, Qt::LeftButton, {}, QPoint(133, 60));
     EXPECT_EQ(strip.controller.selectionIndex(), -1);
     EXPECT_FALSE(strip.view->itemAtIndex(2)->isSelected());
-}
-
-TEST(ExtensionAttachmentCollectionView, ThumbnailsArriveLaterWithoutHoldingUpTheStrip) {
-    Strip strip(false);
-    QSignalSpy idle(strip.view->thumbnailLoader(), &ThumbnailLoader::idle);
-    strip.controller.addObjects({strip.image, strip.pdf, strip.unknown});
-    // The names are there at once; the pictures come from the pool.
-    EXPECT_EQ(strip.view->itemAtIndex(1)->view()->filename(), QStringLiteral("invoice.pdf"));
-    ASSERT_TRUE(idle.wait(20000));
-    for (int i = 0; i < 3; ++i) {
-        const QString path = strip.view->itemAtIndex(i)->view()->path();
-        EXPECT_EQ(thumbnailOf(strip.view->itemAtIndex(i)),
-                  imageWithPreviewOfFileAtPath(path, QSizeF(128, 128), false))
-            << path.toStdString();
-    }
 }
 
 } // namespace
