@@ -34,11 +34,7 @@ namespace {
 class RecordingDelegate : public QObject, public ExtensionContentTextViewDelegate {
 public:
     bool answer = true;
-    struct Call {
-        QString selector;
-        std::optional<KeyCommand> key;
-    };
-    QList<Call> calls;
+    QList<std::pair<QString, std::optional<KeyCommand>>> calls; // each selector, the key current
 
     bool extensionContentTextView(ExtensionContentTextView* view,
                                   const QString& selector) override {
@@ -102,16 +98,10 @@ struct Body {
     }
 };
 
-QStringList actionTexts(const QMenu& menu) {
-    QStringList texts;
-    for (const QAction* action : menu.actions())
-        texts.append(action->text());
-    return texts;
-}
-
+// The menu's entry of that text, the shortcut after a tab left aside.
 QAction* actionNamed(const QMenu& menu, const QString& text) {
     for (QAction* action : menu.actions())
-        if (action->text() == text)
+        if (action->text().section(u'\t', 0, 0) == text)
             return action;
     return nullptr;
 }
@@ -159,9 +149,10 @@ TEST(ExtensionContentTextView, AsksItsDelegateAndPerformsOnlyWhatItLeavesUnhandl
             QTest::keyClick(&body.view, row.key, row.modifiers);
             ASSERT_EQ(delegate.calls.size(), kind < 2 ? 1 : 0);
             if (kind < 2) {
-                ASSERT_TRUE(delegate.calls[0].key.has_value());
-                EXPECT_EQ(delegate.calls[0].key->selector, delegate.calls[0].selector);
-                EXPECT_EQ(delegate.calls[0].key->modifierFlags & KeyFlags::Shift,
+                const auto& [selector, key] = delegate.calls[0];
+                ASSERT_TRUE(key.has_value());
+                EXPECT_EQ(key->selector, selector);
+                EXPECT_EQ(key->modifierFlags & KeyFlags::Shift,
                           row.modifiers & Qt::ShiftModifier ? KeyFlags::Shift : 0);
             }
             EXPECT_FALSE(body.view.currentKeyCommand().has_value());
@@ -177,21 +168,9 @@ TEST(ExtensionContentTextView, AsksItsDelegateAndPerformsOnlyWhatItLeavesUnhandl
     }
 }
 
-TEST(ExtensionContentTextView, CopyPasteAndUndoWorkThroughTheClipboard) {
-    Body body; // no delegate: editing commands are refused, the Edit shortcuts are not
-    QApplication::clipboard()->clear();
-    body.placeCaret(5, 0);
-    QTest::keyClick(&body.view, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("hello"));
-    body.placeCaret(11);
-    QTest::keyClick(&body.view, Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(body.text(), QStringLiteral("hello worldhello"));
-    QTest::keyClick(&body.view, Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(body.text(), QStringLiteral("hello world"));
-}
-
-// Shown, copied in every format and pasted back, an image the body names is never read: a watch
-// on its file sees no open, and the picture shows a placeholder, not the image's red.
+// Shown, copied in every format and pasted back with the Edit keys (which work without a
+// delegate), an image the body names is never read: a watch on its file sees no open, and the
+// picture shows a placeholder, not the image's red.
 TEST(ExtensionContentTextView, NeverReadsTheImagesItShows) {
     QTemporaryDir dir;
     const QString canary = dir.filePath(QStringLiteral("red.png"));
@@ -204,20 +183,24 @@ TEST(ExtensionContentTextView, NeverReadsTheImagesItShows) {
     Body body;
     body.view.setHtml(QStringLiteral("<p>one<img src=\"%1\"></p>").arg(canary));
     const QImage shown = body.view.grab().toImage();
+    QApplication::clipboard()->clear();
     body.view.selectAll();
-    body.view.copy();
+    QTest::keyClick(&body.view, Qt::Key_C, Qt::ControlModifier);
     const QMimeData* copied = QApplication::clipboard()->mimeData();
+    EXPECT_TRUE(copied->text().startsWith(QStringLiteral("one")));
     for (const QString& format : copied->formats())
         EXPECT_FALSE(copied->data(format).isEmpty()) << format.toStdString();
-    body.view.paste();
+    body.placeCaret(3);
+    QTest::keyClick(&body.view, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(body.text().count(QStringLiteral("one")), 2);
+    QTest::keyClick(&body.view, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(body.text().count(QStringLiteral("one")), 1);
 
     char events[1024];
     EXPECT_LT(::read(watch, events, sizeof events), 0) << "the image was read";
-    qsizetype redPixels = 0;
     for (int y = 0; y < shown.height(); ++y)
         for (int x = 0; x < shown.width(); ++x)
-            redPixels += shown.pixelColor(x, y) == QColor(Qt::red);
-    EXPECT_EQ(redPixels, 0);
+            ASSERT_NE(shown.pixelColor(x, y), QColor(Qt::red)) << x << "," << y;
     QFile(canary).open(QIODevice::ReadOnly); // the watch does see an open
     EXPECT_GT(::read(watch, events, sizeof events), 0);
     ::close(watch);
@@ -244,30 +227,26 @@ TEST(ExtensionContentTextView, RefusesEveryDrop) {
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
 }
 
+// A press inside the selection starts a new one, as outside it, instead of dragging the text.
 TEST(ExtensionContentTextView, PressingInTheSelectionSelectsAnewInsteadOfDragging) {
     Body body;
     body.view.selectAll();
     QWidget* viewport = body.view.viewport();
-    const QPoint start =
-        body.view.cursorRect(body.view.document()->find(QStringLiteral("e"))).center();
-    const QPoint end =
-        body.view.cursorRect(body.view.document()->find(QStringLiteral("w"))).center();
-    // A drag, once started, runs until the mouse is released: release it from a timer so that a
+    const auto at = [&](const char* text) {
+        return body.view.cursorRect(body.view.document()->find(QString::fromLatin1(text))).center();
+    };
+    // A drag, once started, runs until the mouse is released: a timer releases it, so that a
     // failing view ends the test instead of hanging it.
     bool dragStarted = false;
-    QTimer guard;
-    guard.setSingleShot(true);
-    QObject::connect(&guard, &QTimer::timeout, [&] {
+    QTimer::singleShot(1000, viewport, [&] {
         dragStarted = true;
-        QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, at("w"));
     });
-    QTest::mousePress(viewport, Qt::LeftButton, {}, start);
-    guard.start(1000);
-    for (int x = start.x(); x <= end.x(); x += 4)
-        QTest::mouseMove(viewport, QPoint(x, start.y()));
-    QTest::mouseMove(viewport, end);
-    guard.stop();
-    QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+    QTest::mousePress(viewport, Qt::LeftButton, {}, at("e"));
+    for (int x = at("e").x(); x <= at("w").x(); x += 4)
+        QTest::mouseMove(viewport, QPoint(x, at("e").y()));
+    QTest::mouseMove(viewport, at("w"));
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, at("w"));
     EXPECT_FALSE(dragStarted);
     EXPECT_EQ(body.view.textCursor().selectedText(), QStringLiteral("llo w"));
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
@@ -324,17 +303,15 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGo
     Body body(true);
     ASSERT_TRUE(body.view.speller());
     body.check(QStringLiteral("Say helo to everyone"));
-
     QMenu* menu = body.contextMenuAt(QStringLiteral("helo"));
     ASSERT_TRUE(menu);
-    const QStringList texts = actionTexts(*menu);
-    ASSERT_TRUE(texts.contains(QStringLiteral("hello"))) << texts.join(u'|').toStdString();
-    EXPECT_TRUE(texts.contains(QStringLiteral("Add to Dictionary")));
-    // The standard entries stay, after the spelling ones.
-    const auto selectAll = std::find_if(texts.begin(), texts.end(), [](const QString& text) {
-        return text.startsWith(QStringLiteral("Select All"));
-    });
-    EXPECT_GT(selectAll - texts.begin(), texts.indexOf("Add to Dictionary"));
+    // The suggestions first, then adding the word, then the standard entries.
+    const auto index = [&](const char* text) {
+        return menu->actions().indexOf(actionNamed(*menu, QString::fromLatin1(text)));
+    };
+    ASSERT_GE(index("hello"), 0);
+    EXPECT_GT(index("Add to Dictionary"), index("hello"));
+    EXPECT_GT(index("Select All"), index("Add to Dictionary"));
     actionNamed(*menu, QStringLiteral("hello"))->trigger();
     menu->close();
     EXPECT_EQ(body.view.toPlainText(), QStringLiteral("Say hello to everyone"));
@@ -346,43 +323,37 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGo
     // A correct word gets no spelling entries; a hopeless one says so.
     menu = body.contextMenuAt(QStringLiteral("everyone"));
     ASSERT_TRUE(menu);
-    EXPECT_FALSE(actionTexts(*menu).contains(QStringLiteral("Add to Dictionary")));
+    EXPECT_FALSE(actionNamed(*menu, QStringLiteral("Add to Dictionary")));
     menu->close();
     body.check(QStringLiteral("xqzvkwpj"));
     menu = body.contextMenuAt(QStringLiteral("xqzvkwpj"));
-    ASSERT_TRUE(menu);
-    QAction* none = actionNamed(*menu, QStringLiteral("No Suggestions"));
-    ASSERT_TRUE(none);
-    EXPECT_FALSE(none->isEnabled());
+    ASSERT_TRUE(menu && actionNamed(*menu, QStringLiteral("No Suggestions")));
+    EXPECT_FALSE(actionNamed(*menu, QStringLiteral("No Suggestions"))->isEnabled());
     menu->close();
 
-    // A word added to the dictionary takes effect at once and stays for the next body.
-    const QString wordList = personalWordListPath();
-    EXPECT_EQ(wordList, body.config.path() + QStringLiteral("/velmora-share/words.dic"));
+    // A word added to the dictionary takes effect at once in both forms (the capitalised one
+    // starts a sentence) and stays for a body made later, as in the next share.
     EXPECT_EQ(body.check(QStringLiteral("Velmorish mail, velmorish ways")),
               (QStringList{"Velmorish", "velmorish"}));
-
     menu = body.contextMenuAt(QStringLiteral("velmorish"));
     ASSERT_TRUE(menu);
     actionNamed(*menu, QStringLiteral("Add to Dictionary"))->trigger();
     menu->close();
-    // Both forms go at once: the capitalised one starts a sentence.
     EXPECT_TRUE(QTest::qWaitFor([&] { return underlinedWords(*body.view.document()).isEmpty(); }));
+    const QString wordList = body.config.path() + QStringLiteral("/velmora-share/words.dic");
     EXPECT_EQ(test::readFile(wordList), QByteArray("velmorish\n"));
-
-    // A body made later, as in the next share, reads the list.
     ExtensionContentTextView next;
-    next.setSpeller(englishSpeller(wordList));
+    next.setSpeller(englishSpeller(personalWordListPath()));
     next.setPlainText(QStringLiteral("velmorish or velmorosh"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !next.isCheckingSpelling(); }));
     EXPECT_EQ(underlinedWords(*next.document()), QStringList{"velmorosh"});
 }
 
+// About 400 KB with a misspelling in each paragraph: checked in turns of the event loop, to the
+// end.
 TEST(SpellCheck, LongBodyIsCheckedInSlicesToTheEnd) {
     Body body(true);
     ASSERT_TRUE(body.view.speller());
-    // About 400 KB, each paragraph with a misspelling of its own, so every one costs a
-    // dictionary lookup.
     QString text;
     for (int i = 0; i < 4000; ++i)
         text += QStringLiteral("Paragraph with a typo wrdz%1 among plenty of ordinary words that "
@@ -390,16 +361,14 @@ TEST(SpellCheck, LongBodyIsCheckedInSlicesToTheEnd) {
                     .arg(QString(QChar(u'a' + i % 26)) + QChar(u'a' + i / 26 % 26) +
                          QChar(u'a' + i / 676));
     // Kept hidden: shown, a body this long makes QtGui hand memory to its own pooled threads,
-    // which the thread sanitizer cannot follow and reports as a race inside QtGui.
+    // which the thread sanitizer cannot follow.
     body.view.hide();
     body.view.setPlainText(text);
     QCoreApplication::processEvents();
-    // Not done in one go: the rest waits for later turns of the event loop.
     EXPECT_TRUE(body.view.isCheckingSpelling());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }, 60000));
     const QStringList underlined = underlinedWords(*body.view.document());
     ASSERT_EQ(underlined.size(), 4000);
-    EXPECT_EQ(underlined.first(), QStringLiteral("wrdzaaa"));
     EXPECT_EQ(underlined.last(), QStringLiteral("wrdzvxf"));
 }
 
