@@ -324,10 +324,9 @@ TEST_F(Composer, SendWaitsForStagingAndAFailedLaunchLosesNothing) {
     StagingStatusView* cards = composer->handOff()->statusView();
     ASSERT_TRUE(QTest::qWaitFor([&] { return cards->cardCount() == 2; }));
     const QStringList texts = cards->cardTexts();
-    EXPECT_TRUE(texts[0].startsWith(QStringLiteral("big.bin\n"))) << texts[0].toStdString();
-    EXPECT_TRUE(texts[1].startsWith(QStringLiteral("pipe\n"))) << texts[1].toStdString();
-    EXPECT_TRUE(texts[1].contains(QStringLiteral("not a file or folder")));
-    EXPECT_GT(cards->width(), 0);
+    EXPECT_TRUE(texts[0].startsWith(u"big.bin\n") && texts[1].startsWith(u"pipe\n") &&
+                texts[1].contains(u"not a file or folder"))
+        << texts.join(u'|').toStdString();
     // A folder's size is not known while it is copied: its card counts what is done.
     EXPECT_EQ(StagingStatusView::progressText(3 << 20, -1),
               QLocale().formattedDataSize(3 << 20) + QStringLiteral(" copied"));
@@ -346,19 +345,14 @@ TEST_F(Composer, SendWaitsForStagingAndAFailedLaunchLosesNothing) {
         alerts.append(alert->informativeText());
         EXPECT_TRUE(outcomes.isEmpty());
         EXPECT_EQ(composer->subjectField()->text(), QStringLiteral("Minutes"));
-        const auto button = [&](const char* text) {
-            for (QAbstractButton* b : alert->buttons())
-                if (b->text() == QLatin1String(text))
-                    return b;
-            return static_cast<QAbstractButton*>(nullptr);
-        };
-        ASSERT_TRUE(button("Try Again") && button("Cancel"));
-        if (alerts.size() == 1) {
-            button("Cancel")->click();
-            return;
-        }
-        recorder.addApplication(mainApplication);
-        button("Try Again")->click();
+        QAbstractButton* cancel = nullptr;
+        for (QAbstractButton* button : alert->buttons())
+            cancel = button->text() == QLatin1String("Cancel") ? button : cancel;
+        QAbstractButton* tryAgain = alert->defaultButton();
+        ASSERT_TRUE(cancel && tryAgain && tryAgain->text() == QLatin1String("Try Again"));
+        if (alerts.size() == 2)
+            recorder.addApplication(mainApplication);
+        (alerts.size() == 1 ? cancel : tryAgain)->click();
     });
     status->finish(big); // the item lands: the waiting Send goes on, and its launch fails
     ASSERT_TRUE(QTest::qWaitFor([&] { return alerts.size() == 1; }));
@@ -371,9 +365,7 @@ TEST_F(Composer, SendWaitsForStagingAndAFailedLaunchLosesNothing) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return outcomes.size() == 1; }));
     EXPECT_EQ(alerts.size(), 2);
     EXPECT_FALSE(outcomes[0].cancelled());
-    const QStringList urls = recorder.takeArguments(mainApplication);
-    ASSERT_EQ(urls.size(), 1);
-    launches = urls;
+    launches = recorder.takeArguments(mainApplication);
     EXPECT_EQ(sentItem("subject"), QStringLiteral("Minutes"));
 }
 
