@@ -17,14 +17,11 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QMimeDatabase>
+#include <QPainter>
+#include <QPdfWriter>
 #include <QSignalSpy>
 #include <QTest>
 #include <QUrl>
-
-#include <atomic>
-#include <mutex>
-#include <thread>
 
 using namespace velmora;
 using namespace velmora::test;
@@ -32,6 +29,38 @@ using namespace velmora::test;
 namespace {
 
 const QSize k128(128, 128);
+
+// A one-page A4 PDF whose upper half is filled with color.
+QString writePdf(const QString& path, const QColor& color) {
+    QPdfWriter writer(path);
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    writer.setPageMargins(QMarginsF());
+    QPainter painter(&writer);
+    painter.fillRect(QRect(0, 0, writer.width(), writer.height() / 2), color);
+    painter.end();
+    return path;
+}
+
+// Whether every pixel of the image is fully transparent.
+bool isTransparent(const QImage& image) {
+    QImage clear(image.size(), QImage::Format_ARGB32_Premultiplied);
+    clear.fill(Qt::transparent);
+    return image.convertToFormat(QImage::Format_ARGB32_Premultiplied) == clear;
+}
+
+// The average colour of a rectangle of the image.
+QColor averageColor(const QImage& image, const QRect& rect) {
+    // A smooth scale to one pixel averages the rectangle's pixels.
+    const QImage part = image.copy(rect).convertToFormat(QImage::Format_RGB32);
+    return part.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0);
+}
+
+// Whether two colours differ by at most tolerance in each channel.
+bool near(const QColor& a, const QColor& b, int tolerance = 24) {
+    return std::abs(a.red() - b.red()) <= tolerance &&
+           std::abs(a.green() - b.green()) <= tolerance &&
+           std::abs(a.blue() - b.blue()) <= tolerance;
+}
 
 // Writes a cache entry of one colour for file, recording mtime as the file's.
 void writeCacheEntry(const QString& entryPath, const QString& file, qint64 mtime,
@@ -111,34 +140,6 @@ TEST(FilePreview, ContentIsDecodedToFitKeepingItsShapeAndOrientation) {
     EXPECT_EQ(icon.pixelColor(64, 5).alpha(), 0); // above the page
     EXPECT_TRUE(near(icon.pixelColor(64, 64), Qt::blue));
     EXPECT_NE(icon.pixelColor(0, 64), icon.pixelColor(3, 64)); // the frame's edge
-}
-
-TEST(FilePreview, WithoutContentTheThemeIconOfTheTypeThenItsGenericIconThenABuiltInOne) {
-    IsolatedDesktop desktop;
-    QMimeDatabase mime;
-    const QString text = writeBytes(desktop.files() + QStringLiteral("/notes.txt"), "hello\n");
-    const QString source =
-        writeBytes(desktop.files() + QStringLiteral("/main.c"), "int main(void) {}\n");
-    const QString unknown = writeBytes(desktop.files() + QStringLiteral("/blob.velmora-unknown"),
-                                       QByteArray("\x01\x02\xfe\xff\x00\x10", 6).repeated(50));
-    const QMimeType sourceType = mime.mimeTypeForFile(source);
-    ASSERT_NE(sourceType.iconName(), sourceType.genericIconName());
-    desktop.addThemeIcon(mime.mimeTypeForFile(text).iconName(), Qt::magenta);
-    desktop.addThemeIcon(sourceType.genericIconName(), Qt::cyan);
-
-    EXPECT_EQ(imageWithPreviewOfFileAtPath(text, QSizeF(128, 128), false).pixelColor(64, 64),
-              QColor(Qt::magenta));
-    EXPECT_EQ(imageWithPreviewOfFileAtPath(source, QSizeF(128, 128), false).pixelColor(64, 64),
-              QColor(Qt::cyan));
-
-    // No icon in the theme: the built-in document, a white page on a transparent ground.
-    const QImage builtIn = imageWithPreviewOfFileAtPath(unknown, QSizeF(128, 128), false);
-    ASSERT_EQ(builtIn.size(), k128);
-    EXPECT_EQ(builtIn.pixelColor(0, 0).alpha(), 0);
-    EXPECT_TRUE(near(builtIn.pixelColor(50, 40), Qt::white, 8));
-
-    EXPECT_TRUE(imageWithPreviewOfFileAtPath(QString(), QSizeF(128, 128), false).isNull());
-    EXPECT_TRUE(imageWithPreviewOfFileAtPath(text, QSizeF(0, 0), false).isNull());
 }
 
 // Only the one live request is answered, on the main thread, with what the synchronous path makes.
@@ -223,37 +224,6 @@ TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChange
     controller.rearrangeObjects();
     EXPECT_EQ(reset.size(), 1);
     EXPECT_EQ(controller.rowCount(), 4);
-}
-
-// Another thread appends under the owner's lock while the strip catches up: the controller reads
-// the list only through the lock, into an array of its own.
-TEST(ExtensionAttachmentController, ReadsAndWritesTheListUnderItsOwnersLock) {
-    auto list = std::make_shared<List>();
-    std::mutex lock;
-    int accesses = 0;
-    ExtensionAttachmentController controller;
-    controller.setContent(list, [&](const std::function<void(List&)>& body) {
-        const std::lock_guard locked(lock);
-        ++accesses;
-        body(*list);
-    });
-    EXPECT_EQ(accesses, 1);
-    std::atomic<bool> finished = false;
-    std::thread writer([&] {
-        for (int i = 0; i < 200; ++i) {
-            const std::lock_guard locked(lock);
-            list->append(QStringLiteral("/staged/file%1.txt").arg(i));
-        }
-        finished = true;
-    });
-    while (!finished)
-        controller.rearrangeObjects();
-    writer.join();
-    controller.addObjects({QStringLiteral("/x/y.txt")});
-    EXPECT_EQ(controller.rowCount(), 201);
-    EXPECT_EQ(controller.index(199).data().toString(), QStringLiteral("file199.txt"));
-    const std::lock_guard locked(lock);
-    EXPECT_EQ(list->size(), 201);
 }
 
 // The strip as the composer makes it, in a window: transparent while empty, a selection that
