@@ -43,9 +43,9 @@ public:
     }
 };
 
-// A speller with the real en_US dictionary and a personal word list of the test's own.
-std::shared_ptr<Speller> englishSpeller(const QString& wordList) {
-    return Speller::load({QStringLiteral("en-US")}, dictionaryFolders(), wordList);
+// A speller with the real en_US dictionary and the user's word list.
+std::shared_ptr<Speller> englishSpeller() {
+    return Speller::load({QStringLiteral("en-US")}, dictionaryFolders(), personalWordListPath());
 }
 
 // The words of the body that carry the misspelling wave, in text order.
@@ -67,7 +67,7 @@ struct Body {
 
     explicit Body(bool english = false) {
         if (english)
-            view.setSpeller(englishSpeller(personalWordListPath()));
+            view.setSpeller(englishSpeller());
         view.resize(300, 100);
         view.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
@@ -82,10 +82,14 @@ struct Body {
     }
     QString text() const { return view.toPlainText(); }
     int caret() const { return view.textCursor().position(); }
-    QStringList check(const QString& text) {
-        view.setPlainText(text);
+    // The underlined words once checking is done.
+    QStringList underlined() {
         EXPECT_TRUE(QTest::qWaitFor([&] { return !view.isCheckingSpelling(); }));
         return underlinedWords(*view.document());
+    }
+    QStringList check(const QString& text) {
+        view.setPlainText(text);
+        return underlined();
     }
     // Right-clicks the first occurrence of the word and gives the menu that opens.
     QMenu* contextMenuAt(const QString& word) {
@@ -278,16 +282,12 @@ TEST(SpellCheck, UnderlinesMisspeltWordsButNotLinksAddressesOrCode) {
     // The word being typed is underlined once the caret leaves it.
     body.view.clear();
     body.view.setFocus();
-    const auto underlinedAfterTyping = [&](const char* keys) {
-        QTest::keyClicks(&body.view, QString::fromLatin1(keys));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }));
-        return underlinedWords(*body.view.document());
-    };
-    EXPECT_EQ(underlinedAfterTyping("Please sned"), QStringList());
-    EXPECT_EQ(underlinedAfterTyping(" teh"), QStringList{"sned"});
+    QTest::keyClicks(&body.view, QStringLiteral("Please sned"));
+    EXPECT_EQ(body.underlined(), QStringList());
+    QTest::keyClicks(&body.view, QStringLiteral(" teh"));
+    EXPECT_EQ(body.underlined(), QStringList{"sned"});
     body.view.moveCursor(QTextCursor::Start);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }));
-    EXPECT_EQ(underlinedWords(*body.view.document()), (QStringList{"sned", "teh"}));
+    EXPECT_EQ(body.underlined(), (QStringList{"sned", "teh"}));
 
     // With two languages a word is right in either; accented words are looked up whole.
     const std::shared_ptr<Speller> both = Speller::load(
@@ -315,8 +315,7 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGo
     actionNamed(*menu, QStringLiteral("hello"))->trigger();
     menu->close();
     EXPECT_EQ(body.view.toPlainText(), QStringLiteral("Say hello to everyone"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }));
-    EXPECT_EQ(underlinedWords(*body.view.document()), QStringList());
+    EXPECT_EQ(body.underlined(), QStringList());
     body.view.undo();
     EXPECT_EQ(body.view.toPlainText(), QStringLiteral("Say helo to everyone"));
 
@@ -343,33 +342,10 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGo
     const QString wordList = body.config.path() + QStringLiteral("/velmora-share/words.dic");
     EXPECT_EQ(test::readFile(wordList), QByteArray("velmorish\n"));
     ExtensionContentTextView next;
-    next.setSpeller(englishSpeller(personalWordListPath()));
+    next.setSpeller(englishSpeller());
     next.setPlainText(QStringLiteral("velmorish or velmorosh"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !next.isCheckingSpelling(); }));
     EXPECT_EQ(underlinedWords(*next.document()), QStringList{"velmorosh"});
-}
-
-// About 400 KB with a misspelling in each paragraph: checked in turns of the event loop, to the
-// end.
-TEST(SpellCheck, LongBodyIsCheckedInSlicesToTheEnd) {
-    Body body(true);
-    ASSERT_TRUE(body.view.speller());
-    QString text;
-    for (int i = 0; i < 4000; ++i)
-        text += QStringLiteral("Paragraph with a typo wrdz%1 among plenty of ordinary words that "
-                               "are written right and checked once.\n")
-                    .arg(QString(QChar(u'a' + i % 26)) + QChar(u'a' + i / 26 % 26) +
-                         QChar(u'a' + i / 676));
-    // Kept hidden: shown, a body this long makes QtGui hand memory to its own pooled threads,
-    // which the thread sanitizer cannot follow.
-    body.view.hide();
-    body.view.setPlainText(text);
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(body.view.isCheckingSpelling());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }, 60000));
-    const QStringList underlined = underlinedWords(*body.view.document());
-    ASSERT_EQ(underlined.size(), 4000);
-    EXPECT_EQ(underlined.last(), QStringLiteral("wrdzvxf"));
 }
 
 TEST(SpellCheck, WithoutADictionaryCheckingIsOffAndSaidOnce) {
@@ -393,23 +369,27 @@ TEST(SpellCheck, WithoutADictionaryCheckingIsOffAndSaidOnce) {
     EXPECT_EQ(underlinedWords(*view.document()), QStringList());
 }
 
+// One dictionary per language, in the order of the user's languages: the language's own region,
+// else its usual one, else any; the first folder's copy of a name; no affix file, no dictionary.
 TEST(SpellCheck, ChoosesOneInstalledDictionaryPerLanguage) {
-    const QTemporaryDir first;
-    const QTemporaryDir second;
-    for (const char* name : {"en_US", "en_GB", "it_IT", "it_CH", "de_DE_frami", "de_AT"}) {
-        test::writeFile(first.filePath(QString::fromLatin1(name) + ".dic"), "1\nword\n");
-        test::writeFile(first.filePath(QString::fromLatin1(name) + ".aff"), "SET UTF-8\n");
-    }
-    test::writeFile(first.filePath("fr_FR.dic"), "1\nmot\n"); // no affix file: not a dictionary
-    test::writeFile(second.filePath("en_US.dic"), "1\nhidden\n");
-    test::writeFile(second.filePath("en_US.aff"), "SET UTF-8\n");
-    test::writeFile(second.filePath("pt_PT.dic"), "1\npalavra\n");
-    test::writeFile(second.filePath("pt_PT.aff"), "SET UTF-8\n");
+    const QTemporaryDir first, second;
+    const std::pair<const QTemporaryDir*, const char*> files[] = {
+        {&first, "en_US.dic"},       {&first, "en_US.aff"},  {&first, "en_GB.dic"},
+        {&first, "en_GB.aff"},       {&first, "it_IT.dic"},  {&first, "it_IT.aff"},
+        {&first, "it_CH.dic"},       {&first, "it_CH.aff"},  {&first, "de_DE_frami.dic"},
+        {&first, "de_DE_frami.aff"}, {&first, "de_AT.dic"},  {&first, "de_AT.aff"},
+        {&first, "fr_FR.dic"},       {&second, "en_US.dic"}, {&second, "en_US.aff"},
+        {&second, "pt_PT.dic"},      {&second, "pt_PT.aff"}};
+    for (const auto& [dir, name] : files)
+        test::writeFile(dir->filePath(QString::fromLatin1(name)), "1\nword\n");
     const QList<DictionaryFile> installed = installedDictionaries({first.path(), second.path()});
-    QStringList names;
-    for (const DictionaryFile& dictionary : installed)
-        names.append(dictionary.name);
-    EXPECT_EQ(names,
+    const auto names = [](const QList<DictionaryFile>& dictionaries) {
+        QStringList names;
+        for (const DictionaryFile& dictionary : dictionaries)
+            names.append(dictionary.name);
+        return names;
+    };
+    EXPECT_EQ(names(installed),
               (QStringList{"de_AT", "de_DE_frami", "en_GB", "en_US", "it_CH", "it_IT", "pt_PT"}));
     EXPECT_EQ(installed.value(3).wordsPath, first.filePath("en_US.dic"));
 
@@ -429,9 +409,6 @@ TEST(SpellCheck, ChoosesOneInstalledDictionaryPerLanguage) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        QStringList chosen;
-        for (const DictionaryFile& dictionary : dictionariesForLanguages(row.languages, installed))
-            chosen.append(dictionary.name);
-        EXPECT_EQ(chosen, row.chosen);
+        EXPECT_EQ(names(dictionariesForLanguages(row.languages, installed)), row.chosen);
     }
 }
