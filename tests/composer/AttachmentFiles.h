@@ -21,7 +21,10 @@ public:
     IsolatedDesktop(const IsolatedDesktop&) = delete;
     IsolatedDesktop& operator=(const IsolatedDesktop&) = delete;
 
-    QString files() const { return m_dir.path() + QStringLiteral("/files"); }
+    // A path in the folder of the test's own files.
+    QString file(const char* name) const {
+        return m_dir.path() + QStringLiteral("/files/") + QLatin1String(name);
+    }
 
 private:
     QTemporaryDir m_dir;

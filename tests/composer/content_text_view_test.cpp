@@ -4,7 +4,7 @@
 
 // The body's text view: the commands its keys ask its delegate about, what it refuses to read or
 // take in, and spell checking with the real en_US (and Italian) Hunspell dictionaries.
-#include "TestSupport.h"
+#include "AttachmentFiles.h"
 #include "composer/ExtensionContentTextView.h"
 #include "composer/SpellDictionaries.h"
 #include "composer/Speller.h"
@@ -20,7 +20,6 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
-#include <QTimer>
 
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -176,11 +175,8 @@ TEST(ExtensionContentTextView, AsksItsDelegateAndPerformsOnlyWhatItLeavesUnhandl
 // delegate), an image the body names is never read: a watch on its file sees no open, and the
 // picture shows a placeholder, not the image's red.
 TEST(ExtensionContentTextView, NeverReadsTheImagesItShows) {
-    QTemporaryDir dir;
-    const QString canary = dir.filePath(QStringLiteral("red.png"));
-    QImage red(40, 40, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    ASSERT_TRUE(red.save(canary));
+    const test::IsolatedDesktop desktop;
+    const QString canary = test::writeImage(desktop.file("red.png"), QSize(40, 40), Qt::red);
     const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     ASSERT_GE(::inotify_add_watch(watch, QFile::encodeName(canary).constData(), IN_OPEN), 0);
 
@@ -231,28 +227,16 @@ TEST(ExtensionContentTextView, RefusesEveryDrop) {
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
 }
 
-// A press inside the selection starts a new one, as outside it, instead of dragging the text.
+// A press inside the selection starts a new one there, as outside it, instead of keeping the
+// selection to drag it.
 TEST(ExtensionContentTextView, PressingInTheSelectionSelectsAnewInsteadOfDragging) {
     Body body;
     body.view.selectAll();
-    QWidget* viewport = body.view.viewport();
-    const auto at = [&](const char* text) {
-        return body.view.cursorRect(body.view.document()->find(QString::fromLatin1(text))).center();
-    };
-    // A drag, once started, runs until the mouse is released: a timer releases it, so that a
-    // failing view ends the test instead of hanging it.
-    bool dragStarted = false;
-    QTimer::singleShot(1000, viewport, [&] {
-        dragStarted = true;
-        QTest::mouseRelease(viewport, Qt::LeftButton, {}, at("w"));
-    });
-    QTest::mousePress(viewport, Qt::LeftButton, {}, at("e"));
-    for (int x = at("e").x(); x <= at("w").x(); x += 4)
-        QTest::mouseMove(viewport, QPoint(x, at("e").y()));
-    QTest::mouseMove(viewport, at("w"));
-    QTest::mouseRelease(viewport, Qt::LeftButton, {}, at("w"));
-    EXPECT_FALSE(dragStarted);
-    EXPECT_EQ(body.view.textCursor().selectedText(), QStringLiteral("llo w"));
+    const QPoint e = body.view.cursorRect(body.view.document()->find(QStringLiteral("e"))).center();
+    QTest::mousePress(body.view.viewport(), Qt::LeftButton, {}, e);
+    EXPECT_FALSE(body.view.textCursor().hasSelection());
+    EXPECT_EQ(body.caret(), 2);
+    QTest::mouseRelease(body.view.viewport(), Qt::LeftButton, {}, e);
     EXPECT_EQ(body.text(), QStringLiteral("hello world"));
 }
 
@@ -350,23 +334,17 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGo
 
 TEST(SpellCheck, WithoutADictionaryCheckingIsOffAndSaidOnce) {
     const QTemporaryDir empty;
-    const QTemporaryDir config;
-    const ScopedEnv xdgConfig("XDG_CONFIG_HOME", config.path().toUtf8());
     const ScopedEnv dataDirs("XDG_DATA_DIRS", empty.path().toUtf8());
     const ScopedEnv dataHome("XDG_DATA_HOME", empty.path().toUtf8());
     const ScopedEnv dicPath("DICPATH", QByteArray());
     const LogCapture log;
-
-    // The user's own speller, as a shown body loads it.
-    ExtensionContentTextView view;
-    view.setPlainText(QStringLiteral("Teh body"));
-    view.show();
+    Body body; // shown, it loads the user's own speller
     ASSERT_TRUE(QTest::qWaitFor([&] { return !log.lines().isEmpty(); }));
     QTest::qWait(50);
     EXPECT_EQ(log.lines().size(), 1) << log.lines().join(u'\n').toStdString();
     EXPECT_TRUE(log.lines().value(0).startsWith(QStringLiteral("Spell checking off: ")));
-    EXPECT_FALSE(view.speller());
-    EXPECT_EQ(underlinedWords(*view.document()), QStringList());
+    EXPECT_FALSE(body.view.speller());
+    EXPECT_EQ(body.check(QStringLiteral("Teh body")), QStringList());
 }
 
 // One dictionary per language, in the order of the user's languages: the language's own region,
