@@ -79,20 +79,16 @@ QRect toPiece(ExtensionTokenField* to, int index) {
 // A dark session's colours, as KDE's and GNOME's dark themes hand them to Qt applications.
 QPalette darkPalette() {
     QPalette palette;
-    const std::pair<QPalette::ColorRole, QRgb> colours[] = {
-        {QPalette::Window, 0x2a2e32},
-        {QPalette::WindowText, 0xfcfcfc},
-        {QPalette::Base, 0x1b1e20},
-        {QPalette::AlternateBase, 0x2a2e32},
-        {QPalette::Text, 0xfcfcfc},
-        {QPalette::Button, 0x31363b},
-        {QPalette::ButtonText, 0xfcfcfc},
-        {QPalette::Highlight, 0x3daee9},
-        {QPalette::HighlightedText, 0xfcfcfc},
-        {QPalette::Link, 0x4db6f6},
-        {QPalette::PlaceholderText, 0x96fcfcfc}};
-    for (const auto& [role, rgb] : colours)
-        palette.setColor(role, QColor::fromRgba(qAlpha(rgb) ? rgb : rgb | 0xff000000));
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText})
+        palette.setColor(role, QColor(0xfcfcfc));
+    for (const auto role : {QPalette::Window, QPalette::AlternateBase})
+        palette.setColor(role, QColor(0x2a2e32));
+    palette.setColor(QPalette::Base, QColor(0x1b1e20));
+    palette.setColor(QPalette::Button, QColor(0x31363b));
+    palette.setColor(QPalette::Highlight, QColor(0x3daee9));
+    palette.setColor(QPalette::Link, QColor(0x4db6f6));
+    palette.setColor(QPalette::PlaceholderText, QColor::fromRgba(0x96fcfcfc));
     return palette;
 }
 

@@ -42,11 +42,6 @@ public:
     }
 };
 
-// A speller with the real en_US dictionary and the user's word list.
-std::shared_ptr<Speller> englishSpeller() {
-    return Speller::load({QStringLiteral("en-US")}, dictionaryFolders(), personalWordListPath());
-}
-
 // The words of the body that carry the misspelling wave, in text order.
 QStringList underlinedWords(const QTextDocument& document) {
     QStringList words;
@@ -65,8 +60,9 @@ struct Body {
     ExtensionContentTextView view;
 
     explicit Body(bool english = false) {
-        if (english)
-            view.setSpeller(englishSpeller());
+        if (english) // the real en_US dictionary and the user's word list
+            view.setSpeller(Speller::load({QStringLiteral("en-US")}, dictionaryFolders(),
+                                          personalWordListPath()));
         view.resize(300, 100);
         view.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
@@ -326,10 +322,32 @@ TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGo
     const QString wordList = body.config.path() + QStringLiteral("/velmora-share/words.dic");
     EXPECT_EQ(test::readFile(wordList), QByteArray("velmorish\n"));
     ExtensionContentTextView next;
-    next.setSpeller(englishSpeller());
+    next.setSpeller(
+        Speller::load({QStringLiteral("en-US")}, dictionaryFolders(), personalWordListPath()));
     next.setPlainText(QStringLiteral("velmorish or velmorosh"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !next.isCheckingSpelling(); }));
     EXPECT_EQ(underlinedWords(*next.document()), QStringList{"velmorosh"});
+}
+
+// About 400 KB, each paragraph with a misspelling of its own (a dictionary lookup each): checked
+// in turns of the event loop, to the end. Kept hidden: shown, a body this long makes QtGui hand
+// memory to its own pooled threads, which the thread sanitizer cannot follow.
+TEST(SpellCheck, LongBodyIsCheckedInSlicesToTheEnd) {
+    Body body(true);
+    body.view.hide();
+    QString text;
+    for (int i = 0; i < 4000; ++i)
+        text += QStringLiteral("Paragraph with a typo wrdz%1 among plenty of ordinary words that "
+                               "are written right and checked once.\n")
+                    .arg(QString(QChar(u'a' + i % 26)) + QChar(u'a' + i / 26 % 26) +
+                         QChar(u'a' + i / 676));
+    body.view.setPlainText(text);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(body.view.isCheckingSpelling());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !body.view.isCheckingSpelling(); }, 60000));
+    const QStringList underlined = underlinedWords(*body.view.document());
+    EXPECT_EQ(underlined.size(), 4000);
+    EXPECT_EQ(underlined.value(3999), QStringLiteral("wrdzvxf"));
 }
 
 TEST(SpellCheck, WithoutADictionaryCheckingIsOffAndSaidOnce) {
@@ -345,48 +363,4 @@ TEST(SpellCheck, WithoutADictionaryCheckingIsOffAndSaidOnce) {
     EXPECT_TRUE(log.lines().value(0).startsWith(QStringLiteral("Spell checking off: ")));
     EXPECT_FALSE(body.view.speller());
     EXPECT_EQ(body.check(QStringLiteral("Teh body")), QStringList());
-}
-
-// One dictionary per language, in the order of the user's languages: the language's own region,
-// else its usual one, else any; the first folder's copy of a name; no affix file, no dictionary.
-TEST(SpellCheck, ChoosesOneInstalledDictionaryPerLanguage) {
-    const QTemporaryDir first, second;
-    const std::pair<const QTemporaryDir*, const char*> files[] = {
-        {&first, "en_US.dic"},       {&first, "en_US.aff"},  {&first, "en_GB.dic"},
-        {&first, "en_GB.aff"},       {&first, "it_IT.dic"},  {&first, "it_IT.aff"},
-        {&first, "it_CH.dic"},       {&first, "it_CH.aff"},  {&first, "de_DE_frami.dic"},
-        {&first, "de_DE_frami.aff"}, {&first, "de_AT.dic"},  {&first, "de_AT.aff"},
-        {&first, "fr_FR.dic"},       {&second, "en_US.dic"}, {&second, "en_US.aff"},
-        {&second, "pt_PT.dic"},      {&second, "pt_PT.aff"}};
-    for (const auto& [dir, name] : files)
-        test::writeFile(dir->filePath(QString::fromLatin1(name)), "1\nword\n");
-    const QList<DictionaryFile> installed = installedDictionaries({first.path(), second.path()});
-    const auto names = [](const QList<DictionaryFile>& dictionaries) {
-        QStringList names;
-        for (const DictionaryFile& dictionary : dictionaries)
-            names.append(dictionary.name);
-        return names;
-    };
-    EXPECT_EQ(names(installed),
-              (QStringList{"de_AT", "de_DE_frami", "en_GB", "en_US", "it_CH", "it_IT", "pt_PT"}));
-    EXPECT_EQ(installed.value(3).wordsPath, first.filePath("en_US.dic"));
-
-    const struct {
-        const char* name;
-        QStringList languages;
-        QStringList chosen;
-    } rows[] = {
-        {"system order",
-         {"it", "it-Latn-IT", "it-IT", "en", "en-Latn-US", "en-US"},
-         {"it_IT", "en_US"}},
-        {"own region", {"it-CH", "en-GB"}, {"it_CH", "en_GB"}},
-        {"usual region", {"en-AU"}, {"en_US"}},
-        {"posix names", {"de_DE.UTF-8@euro"}, {"de_DE_frami"}},
-        {"only one of a language", {"pt-BR", "fr", "pt"}, {"pt_PT"}},
-        {"no language", {"C", "POSIX", "fr-FR", ""}, {}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(names(dictionariesForLanguages(row.languages, installed)), row.chosen);
-    }
 }
