@@ -7,7 +7,6 @@
 #include "TestSupport.h"
 
 #include <QColor>
-#include <QImage>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -22,10 +21,10 @@ public:
     IsolatedDesktop(const IsolatedDesktop&) = delete;
     IsolatedDesktop& operator=(const IsolatedDesktop&) = delete;
 
-    QString files() const { return m_dir.path() + QStringLiteral("/files"); }
-    QString cacheHome() const { return m_dir.path() + QStringLiteral("/cache"); }
-    // Gives the test theme a 128-pixel icon of one colour under iconName.
-    void addThemeIcon(const QString& iconName, const QColor& color);
+    // A path in the folder of the test's own files.
+    QString file(const char* name) const {
+        return m_dir.path() + QStringLiteral("/files/") + QLatin1String(name);
+    }
 
 private:
     QTemporaryDir m_dir;
@@ -36,15 +35,6 @@ private:
 
 // Writes an image of one colour (format by the name's suffix); returns its path.
 QString writeImage(const QString& path, const QSize& size, const QColor& color);
-// Writes a one-page A4 PDF whose upper half is filled with color; returns its path.
-QString writePdf(const QString& path, const QColor& color);
 QString writeBytes(const QString& path, const QByteArray& bytes);
-
-// Whether every pixel of the image is fully transparent.
-bool isTransparent(const QImage& image);
-// The average colour of a rectangle of the image.
-QColor averageColor(const QImage& image, const QRect& rect);
-// Whether two colours differ by at most tolerance in each channel.
-bool near(const QColor& a, const QColor& b, int tolerance = 24);
 
 } // namespace velmora::test

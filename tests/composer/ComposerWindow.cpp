@@ -13,55 +13,25 @@
 #include "recipients/ExtensionTokenField.h"
 
 #include <QApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QStyle>
 #include <QTest>
 #include <QUrlQuery>
 
 namespace velmora::test {
 
-namespace {
-
-// A JSON value as an XML property list's element: numbers as integers, objects as dicts.
-QByteArray plistElement(const QJsonValue& value) {
-    QByteArray xml;
-    switch (value.type()) {
-    case QJsonValue::Bool:
-        return value.toBool() ? "<true/>" : "<false/>";
-    case QJsonValue::Double:
-        return "<integer>" + QByteArray::number(value.toInteger()) + "</integer>";
-    case QJsonValue::String:
-        return "<string>" + value.toString().toHtmlEscaped().toUtf8() + "</string>";
-    case QJsonValue::Array:
-        for (const QJsonValue& element : value.toArray())
-            xml += plistElement(element);
-        return "<array>" + xml + "</array>";
-    default:
-        for (const QString& key : value.toObject().keys())
-            xml += "<key>" + key.toUtf8() + "</key>" + plistElement(value.toObject().value(key));
-        return "<dict>" + xml + "</dict>";
-    }
-}
-
-// Written here rather than through python3, which would take most of each test's time.
-void writeXmlPlist(const QString& path, const char* json) {
-    const QJsonDocument document = QJsonDocument::fromJson(json);
-    ASSERT_TRUE(document.isArray()) << json;
-    writeFile(path, "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\">" +
-                        plistElement(document.array()) + "</plist>");
-}
-
-} // namespace
-
 void ComposerWindow::SetUp() {
     QApplication::setPalette(QApplication::style()->standardPalette());
-    writeXmlPlist(container.dataFolder() + QStringLiteral("/Contacts/Addresses.plist"),
-                  R"([{"mail": "alan@x.test", "firstName": "Alan", "lastName": "Turing",
-                         "rank": 4},
-                        {"mail": "alice@y.test", "firstName": "Alice"},
-                        {"mail": "ada@z.test", "firstName": "Ada", "lastName": "Lovelace"}])");
+    // Three contacts, one with a rank, as the address book's XML property list.
+    writeFile(container.dataFolder() + QStringLiteral("/Contacts/Addresses.plist"),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><array>"
+              "<dict><key>mail</key><string>alan@x.test</string><key>firstName</key>"
+              "<string>Alan</string><key>lastName</key><string>Turing</string>"
+              "<key>rank</key><integer>4</integer></dict>"
+              "<dict><key>mail</key><string>alice@y.test</string><key>firstName</key>"
+              "<string>Alice</string></dict>"
+              "<dict><key>mail</key><string>ada@z.test</string><key>firstName</key>"
+              "<string>Ada</string><key>lastName</key><string>Lovelace</string></dict>"
+              "</array></plist>");
     writeAccounts(R"([
         {"mail": "ada@x.test", "type": 1, "enabled": true,
          "aliases": [{"mail": "al1@x.test", "account": "acc-1"}, {"mail": "al2@x.test"}]},
@@ -117,9 +87,8 @@ void ComposerWindow::fill() {
                                         "<p><a href=\"https://example.org/bled\">"
                                         "https://example.org/bled</a></p>"));
     message->attachments()->append(
-        writeImage(desktop.files() + QStringLiteral("/picture.png"), QSize(64, 48), Qt::darkCyan));
-    message->attachments()->append(
-        writeBytes(desktop.files() + QStringLiteral("/notes.txt"), "Notes\n"));
+        writeImage(desktop.file("picture.png"), QSize(64, 48), Qt::darkCyan));
+    message->attachments()->append(writeBytes(desktop.file("notes.txt"), "Notes\n"));
     composer->update(message);
     ASSERT_TRUE(QTest::qWaitFor([&] { return composer->collectionView()->count() == 2; }));
 

@@ -26,9 +26,8 @@ protected:
     void writeAccounts(const char* json);
     // Shows a new composer in the window, in place of the one there.
     void open();
-    // Fills the composer as a share does: a subject, a body with a paragraph and a link, a
-    // picture and a text file attached, a Cc with a notice, a chosen contact and "al" typed in
-    // To, so that the suggestion list is open.
+    // Fills the composer as a share does: subject, body with a link, two attachments, a Cc with
+    // a notice, a chosen contact and "al" typed in To (the suggestion list open).
     void fill();
     // An item of the one send recorded; null when it is missing.
     QString sentItem(const char* key) const;

@@ -32,31 +32,30 @@
 #include <QTest>
 #include <QTextBlock>
 
-#include <functional>
-
 using namespace velmora;
 
 namespace {
 
-double luminance(QRgb rgb) {
-    const auto channel = [](int value) {
-        const double c = value / 255.0;
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * channel(qRed(rgb)) + 0.7152 * channel(qGreen(rgb)) +
-           0.0722 * channel(qBlue(rgb));
-}
-
+// The WCAG contrast ratio of two colours.
 double contrast(QRgb a, QRgb b) {
-    const double la = luminance(a);
-    const double lb = luminance(b);
+    const auto luminance = [](QRgb rgb) {
+        double sum = 0;
+        for (const auto& [value, weight] :
+             {std::pair{qRed(rgb), 0.2126}, {qGreen(rgb), 0.7152}, {qBlue(rgb), 0.0722}}) {
+            const double c = value / 255.0;
+            sum += weight * (c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4));
+        }
+        return sum;
+    };
+    const double la = luminance(a), lb = luminance(b);
     return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
 }
 
-// The contrast of the text in a region of the picture against what lies under it: the region's
-// commonest colour is the background, and the pixel that stands out most from it is the ink
-// (the full colour of a glyph's stem, which anti-aliasing leaves whole).
-double textContrast(const QImage& picture, const QRect& region) {
+// The contrast of the text in a region of the window's picture against what lies under it: the
+// region's commonest colour is the background, and the pixel that stands out most from it is the
+// ink (the full colour of a glyph's stem, which anti-aliasing leaves whole).
+double textContrast(const QImage& picture, const QWidget* widget, const QRect& local) {
+    const QRect region(widget->mapTo(widget->window(), local.topLeft()), local.size());
     QHash<QRgb, int> counts;
     const QRect inside = region.intersected(picture.rect());
     for (int y = inside.top(); y <= inside.bottom(); ++y)
@@ -69,92 +68,27 @@ double textContrast(const QImage& picture, const QRect& region) {
     return best;
 }
 
-// Where one text of the composer lies, in the window's coordinates.
-struct TextSample {
-    const char* name;
-    std::function<QRect(ExtensionComposerController&)> region;
-    bool inList = false; // shown in the suggestion list; everything else is read with it closed
-};
-
-QRect inWindow(const QWidget* widget, const QRect& local) {
-    return QRect(widget->mapTo(widget->window(), local.topLeft()), local.size());
+// The middle of the To field's n-th piece (a token's box, or typed text), clear of a box's border.
+QRect toPiece(ExtensionTokenField* to, int index) {
+    const TokenFieldLayout::Piece piece =
+        TokenFieldLayout(to->objectValue(), to->font()).pieces().at(size_t(index));
+    return QRect(to->characterRect(piece.start).left() + 3, to->height() / 5,
+                 int(piece.advance) - 6, to->height() * 3 / 5);
 }
-
-QRect bodyLine(ExtensionComposerController& composer, int block) {
-    ExtensionContentTextView* body = composer.contentTextView();
-    QTextCursor cursor(body->document()->findBlockByNumber(block));
-    const QRect caret = body->cursorRect(cursor);
-    return inWindow(body->viewport(), QRect(0, caret.top(), 200, caret.height()));
-}
-
-// The middle of the field's n-th piece (a token's box, or typed text), clear of a box's border.
-QRect toPiece(ExtensionComposerController& composer, int index) {
-    ExtensionTokenField* to = composer.toField();
-    const TokenFieldLayout layout(to->objectValue(), to->font());
-    const TokenFieldLayout::Piece& piece = layout.pieces().at(size_t(index));
-    const QRect first = to->characterRect(piece.start);
-    return inWindow(to, QRect(first.left() + 3, to->height() / 5, int(piece.advance) - 6,
-                              to->height() * 3 / 5));
-}
-
-QRect suggestionRow(ExtensionComposerController& composer, int row) {
-    ExtensionSuggestionTableView* table = composer.suggestionController()->table();
-    const QRect rect = table->visualRect(table->model()->index(row, 0));
-    return inWindow(table->viewport(), rect.adjusted(0, 0, -3, 0));
-}
-
-QRect inset(QWidget* widget, int by) {
-    return inWindow(widget, widget->rect().adjusted(by, by, -by, -by));
-}
-
-QRect attachmentName(ExtensionComposerController& composer, int index) {
-    ExtensionAttachmentView* view = composer.collectionView()->itemAtIndex(index)->view();
-    return inWindow(view, QRect(0, view->height() - ExtensionAttachmentView::kNameHeight,
-                                view->width(), ExtensionAttachmentView::kNameHeight));
-}
-
-const TextSample kSamples[] = {
-    {"subject", [](auto& c) { return inset(c.subjectField(), 1); }},
-    {"chosen recipient token", [](auto& c) { return toPiece(c, 0); }},
-    {"typed recipient text", [](auto& c) { return toPiece(c, 1); }},
-    {"body paragraph", [](auto& c) { return bodyLine(c, 0); }},
-    {"body link", [](auto& c) { return bodyLine(c, 1); }},
-    {"send button", [](auto& c) { return inset(c.sendBtn(), 3); }},
-    {"cancel button", [](auto& c) { return inset(c.cancelBtn(), 3); }},
-    {"from pop-up",
-     [](auto& c) {
-         QComboBox* from = c.popUpview();
-         return inWindow(from, QRect(4, 3, from->width() / 2, from->height() - 6));
-     }},
-    {"selected suggestion", [](auto& c) { return suggestionRow(c, 0); }, true},
-    {"other suggestion", [](auto& c) { return suggestionRow(c, 1); }, true},
-    {"cc row", [](auto& c) { return inWindow(c.copyRecipientsView(), QRect(0, 0, 400, 18)); }},
-    {"notice under the cc row",
-     [](auto& c) {
-         QWidget* row = c.copyRecipientsView();
-         return inWindow(row, QRect(0, 18, 400, row->height() - 18));
-     }},
-    {"first attachment name", [](auto& c) { return attachmentName(c, 0); }},
-    {"second attachment name", [](auto& c) { return attachmentName(c, 1); }},
-};
 
 // A dark session's colours, as KDE's and GNOME's dark themes hand them to Qt applications.
 QPalette darkPalette() {
     QPalette palette;
-    const std::pair<QPalette::ColorRole, QRgb> colours[] = {
-        {QPalette::Window, 0x2a2e32},
-        {QPalette::WindowText, 0xfcfcfc},
-        {QPalette::Base, 0x1b1e20},
-        {QPalette::AlternateBase, 0x2a2e32},
-        {QPalette::Text, 0xfcfcfc},
-        {QPalette::Button, 0x31363b},
-        {QPalette::ButtonText, 0xfcfcfc},
-        {QPalette::Highlight, 0x3daee9},
-        {QPalette::HighlightedText, 0xfcfcfc},
-        {QPalette::Link, 0x4db6f6},
-        {QPalette::PlaceholderText, 0x96fcfcfc}};
-    for (const auto& [role, rgb] : colours)
-        palette.setColor(role, QColor::fromRgba(qAlpha(rgb) ? rgb : rgb | 0xff000000));
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText})
+        palette.setColor(role, QColor(0xfcfcfc));
+    for (const auto role : {QPalette::Window, QPalette::AlternateBase})
+        palette.setColor(role, QColor(0x2a2e32));
+    palette.setColor(QPalette::Base, QColor(0x1b1e20));
+    palette.setColor(QPalette::Button, QColor(0x31363b));
+    palette.setColor(QPalette::Highlight, QColor(0x3daee9));
+    palette.setColor(QPalette::Link, QColor(0x4db6f6));
+    palette.setColor(QPalette::PlaceholderText, QColor::fromRgba(0x96fcfcfc));
     return palette;
 }
 
@@ -165,13 +99,14 @@ using ComposerDesktop = velmora::test::ComposerWindow;
 // the code, or one taken once from the palette, fails in one of the two.
 TEST_F(ComposerDesktop, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
     ASSERT_NO_FATAL_FAILURE(fill());
-    ExtensionSuggestionController* suggestions = composer->suggestionController();
+    ExtensionComposerController& c = *composer;
+    ExtensionSuggestionController* suggestions = c.suggestionController();
     const QPalette light = QApplication::style()->standardPalette();
     for (const auto& [theme, palette] :
          {std::pair{"light", light}, std::pair{"dark", darkPalette()}}) {
         QApplication::setPalette(palette);
         if (!suggestions->visible())
-            suggestions->showForTextField(composer->toField(),
+            suggestions->showForTextField(c.toField(),
                                           suggestions->objectsForString(QStringLiteral("al")));
         ASSERT_TRUE(QTest::qWaitFor([&] { return suggestions->visible(); }));
         QCoreApplication::processEvents();
@@ -180,11 +115,39 @@ TEST_F(ComposerDesktop, EveryTextReadsInLightAndDarkPalettesSwitchedAtRunTime) {
         const QImage picture = window.grab().toImage();
         withList.save(
             QStringLiteral(VELMORA_TEST_OUTPUT_DIR "/contrast-%1.png").arg(QLatin1String(theme)));
-        for (const TextSample& sample : kSamples) {
-            const QRect region = sample.region(*composer);
-            ASSERT_FALSE(region.isEmpty()) << theme << " " << sample.name;
-            EXPECT_GE(textContrast(sample.inList ? withList : picture, region), 4.5)
-                << theme << " " << sample.name << " in " << region.x() << "," << region.y() << " "
+        // Each text where it lies in its widget; the suggestions are read with the list open.
+        QTextEdit* body = c.contentTextView();
+        const auto bodyLine = [&](int block) {
+            const QRect caret =
+                body->cursorRect(QTextCursor(body->document()->findBlockByNumber(block)));
+            return QRect(0, caret.top(), 200, caret.height());
+        };
+        QTableView* table = suggestions->table();
+        const auto row = [&](int r) {
+            return table->visualRect(table->model()->index(r, 0)).adjusted(0, 0, -3, 0);
+        };
+        ExtensionAttachmentView* attachment = c.collectionView()->itemAtIndex(0)->view();
+        const int name = ExtensionAttachmentView::kNameHeight;
+        QWidget* cc = c.copyRecipientsView();
+        const std::tuple<const char*, const QImage&, const QWidget*, QRect> samples[] = {
+            {"subject", picture, c.subjectField(), c.subjectField()->rect().adjusted(1, 1, -1, -1)},
+            {"chosen recipient token", picture, c.toField(), toPiece(c.toField(), 0)},
+            {"typed recipient text", picture, c.toField(), toPiece(c.toField(), 1)},
+            {"body paragraph", picture, body->viewport(), bodyLine(0)},
+            {"body link", picture, body->viewport(), bodyLine(1)},
+            {"send button", picture, c.sendBtn(), c.sendBtn()->rect().adjusted(3, 3, -3, -3)},
+            {"from pop-up", picture, c.popUpview(),
+             QRect(4, 3, c.popUpview()->width() / 2, c.popUpview()->height() - 6)},
+            {"selected suggestion", withList, table->viewport(), row(0)},
+            {"other suggestion", withList, table->viewport(), row(1)},
+            {"notice under the cc row", picture, cc, QRect(0, 18, 400, cc->height() - 18)},
+            {"attachment name", picture, attachment,
+             QRect(0, attachment->height() - name, attachment->width(), name)},
+        };
+        for (const auto& [sample, image, widget, region] : samples) {
+            ASSERT_FALSE(region.isEmpty()) << theme << " " << sample;
+            EXPECT_GE(textContrast(image, widget, region), 4.5)
+                << theme << " " << sample << " in " << region.x() << "," << region.y() << " "
                 << region.width() << "x" << region.height();
         }
     }
@@ -196,12 +159,11 @@ TEST_F(ComposerDesktop, TheScrollBarLeavesNamesVisibleAndAFolderLooksLikeOne) {
     ASSERT_NO_FATAL_FAILURE(fill());
     QScrollArea* strip = composer->collectionScrollview();
     EXPECT_FALSE(strip->horizontalScrollBar()->isVisible());
-    QDir(desktop.files()).mkdir(QStringLiteral("Holiday"));
+    QDir().mkpath(desktop.file("Holiday"));
     auto more = ExtensionMessage::init();
     for (const char* name : {"a.txt", "b.txt", "c.txt"})
-        more->attachments()->append(
-            velmora::test::writeBytes(desktop.files() + u'/' + QLatin1String(name), "x"));
-    more->attachments()->append(desktop.files() + QStringLiteral("/Holiday"));
+        more->attachments()->append(velmora::test::writeBytes(desktop.file(name), "x"));
+    more->attachments()->append(desktop.file("Holiday"));
     composer->update(more);
     ASSERT_TRUE(QTest::qWaitFor([&] { return composer->collectionView()->count() == 6; }));
     ASSERT_TRUE(QTest::qWaitFor([&] { return strip->horizontalScrollBar()->isVisible(); }));
@@ -229,31 +191,23 @@ TEST_F(ComposerDesktop, ScreenReadersGetEveryControlAndWhatItShows) {
         return labels.isEmpty() ? face->text(QAccessible::Name)
                                 : labels.first().first->text(QAccessible::Name);
     };
-    struct Row {
-        const char* name;
-        std::function<QWidget*()> control;
-        QAccessible::Role role;
-        const char* accessibleName;
-        bool focusable = true;
+    const std::tuple<QWidget*, QAccessible::Role, const char*> rows[] = {
+        {composer->popUpview(), QAccessible::ComboBox, "From:"},
+        {composer->cancelBtn(), QAccessible::Button, "Cancel"},
+        {composer->sendBtn(), QAccessible::Button, "Send"},
+        {composer->toField(), QAccessible::EditableText, "To"},
+        {composer->subjectField(), QAccessible::EditableText, "Subject"},
+        {composer->contentTextView(), QAccessible::EditableText, "Message"},
+        {composer->collectionView(), QAccessible::List, "Attachments"},
+        {composer->suggestionController()->table(), QAccessible::Table, "Suggestions"},
     };
-    const Row rows[] = {
-        {"from", [&] { return composer->popUpview(); }, QAccessible::ComboBox, "From:"},
-        {"cancel", [&] { return composer->cancelBtn(); }, QAccessible::Button, "Cancel"},
-        {"send", [&] { return composer->sendBtn(); }, QAccessible::Button, "Send"},
-        {"to", [&] { return composer->toField(); }, QAccessible::EditableText, "To"},
-        {"subject", [&] { return composer->subjectField(); }, QAccessible::EditableText, "Subject"},
-        {"body", [&] { return composer->contentTextView(); }, QAccessible::EditableText, "Message"},
-        {"strip", [&] { return composer->collectionView(); }, QAccessible::List, "Attachments"},
-        // The list is steered from the To field and never takes the keyboard itself.
-        {"suggestions", [&] { return composer->suggestionController()->table(); },
-         QAccessible::Table, "Suggestions", false},
-    };
-    for (const Row& row : rows) {
-        QAccessibleInterface* face = accessible(row.control());
-        ASSERT_NE(face, nullptr) << row.name;
-        EXPECT_EQ(face->role(), row.role) << row.name;
-        EXPECT_EQ(nameOf(face), QString::fromUtf8(row.accessibleName)) << row.name;
-        EXPECT_EQ(bool(face->state().focusable), row.focusable) << row.name;
+    for (const auto& [control, role, name] : rows) {
+        QAccessibleInterface* face = accessible(control);
+        ASSERT_NE(face, nullptr) << name;
+        EXPECT_EQ(face->role(), role) << name;
+        EXPECT_EQ(nameOf(face), QString::fromUtf8(name));
+        // The suggestion list is steered from the To field and never takes the keyboard itself.
+        EXPECT_EQ(bool(face->state().focusable), role != QAccessible::Table) << name;
     }
 
     // The To field reads as its recipients and the typed text, with the caret where it is; the
@@ -261,7 +215,7 @@ TEST_F(ComposerDesktop, ScreenReadersGetEveryControlAndWhatItShows) {
     ExtensionTokenField* to = composer->toField();
     QAccessibleInterface* field = accessible(to);
     QAccessibleTextInterface* text = field->textInterface();
-    ASSERT_NE(text, nullptr);
+    ASSERT_TRUE(text);
     const QString spoken = QStringLiteral("Ada Lovelace <ada@z.test>, al");
     EXPECT_EQ(field->text(QAccessible::Value), spoken);
     EXPECT_EQ(text->text(0, text->characterCount()), spoken);
@@ -274,33 +228,22 @@ TEST_F(ComposerDesktop, ScreenReadersGetEveryControlAndWhatItShows) {
     EXPECT_EQ(to->fieldEditor().caret(), 0);
     EXPECT_EQ(text->cursorPosition(), 0);
 
-    QAccessibleInterface* list = accessible(composer->suggestionController()->table());
-    QAccessibleTableInterface* table = list->tableInterface();
-    ASSERT_NE(table, nullptr);
-    ASSERT_EQ(table->rowCount(), 2);
-    QStringList cells;
-    for (int row = 0; row < 2; ++row)
-        cells.append(table->cellAt(row, 0)->text(QAccessible::Name));
-    EXPECT_EQ(cells, (QStringList{QStringLiteral("Alan Turing <alan@x.test>(4)"),
-                                  QStringLiteral("Alice <alice@y.test>")}));
+    QAccessibleTableInterface* table =
+        accessible(composer->suggestionController()->table())->tableInterface();
+    ASSERT_TRUE(table && table->rowCount() == 2);
     composer->suggestionController()->selectNext();
-    const QList<QAccessibleInterface*> selected = table->selectedCells();
-    ASSERT_EQ(selected.size(), 1);
-    EXPECT_EQ(selected.first()->text(QAccessible::Name), cells.at(1));
+    ASSERT_EQ(table->selectedCells().size(), 1);
+    EXPECT_EQ(table->cellAt(0, 0)->text(QAccessible::Name), u"Alan Turing <alan@x.test>(4)");
+    EXPECT_EQ(table->selectedCells().first()->text(QAccessible::Name), u"Alice <alice@y.test>");
 
     QAccessibleInterface* strip = accessible(composer->collectionView());
     composer->attachmentController()->setSelectionIndex(1);
-    QStringList names;
-    QList<bool> selectedItems;
-    for (int i = 0; i < strip->childCount(); ++i) {
-        QAccessibleInterface* item = strip->child(i);
-        if (item->role() != QAccessible::ListItem)
-            continue;
-        names.append(item->text(QAccessible::Name));
-        selectedItems.append(item->state().selected);
-    }
-    EXPECT_EQ(names, (QStringList{"picture.png", "notes.txt"}));
-    EXPECT_EQ(selectedItems, (QList<bool>{false, true}));
+    QStringList items; // each name, with a star when selected
+    for (int i = 0; i < strip->childCount(); ++i)
+        if (QAccessibleInterface* item = strip->child(i); item->role() == QAccessible::ListItem)
+            items.append(item->text(QAccessible::Name) +
+                         (item->state().selected ? QStringLiteral("*") : QString()));
+    EXPECT_EQ(items, (QStringList{"picture.png", "notes.txt*"}));
 }
 
 // One walk through the composer by keyboard: Tab from From over the buttons to To, Subject and
@@ -308,54 +251,41 @@ TEST_F(ComposerDesktop, ScreenReadersGetEveryControlAndWhatItShows) {
 // to From; the mnemonic reaches From; the ring is always around the focused control.
 TEST_F(ComposerDesktop, KeyboardReachesEveryControlAndShowsWhereTheFocusIs) {
     ASSERT_NO_FATAL_FAILURE(fill());
-    QWidget* from = composer->popUpview();
-    QWidget* cancel = composer->cancelBtn();
-    QWidget* send = composer->sendBtn();
-    QWidget* to = composer->toField();
-    QWidget* subject = composer->subjectField();
-    QWidget* body = composer->contentTextView();
-    QWidget* strip = composer->collectionView();
-    struct Step {
-        Qt::Key key;
-        Qt::KeyboardModifiers modifiers;
-        QWidget* focused;
+    ExtensionComposerController& c = *composer;
+    const Qt::KeyboardModifiers none = Qt::NoModifier, shift = Qt::ShiftModifier,
+                                ctrl = Qt::ControlModifier, ctrlShift = ctrl | shift;
+    const std::tuple<Qt::Key, Qt::KeyboardModifiers, QWidget*> steps[] = {
+        {Qt::Key_Backtab, shift, c.popUpview()},
+        {Qt::Key_Tab, none, c.cancelBtn()},
+        {Qt::Key_Tab, none, c.sendBtn()},
+        {Qt::Key_Tab, none, c.toField()},
+        {Qt::Key_Tab, none, c.subjectField()},
+        {Qt::Key_Tab, none, c.contentTextView()},
+        {Qt::Key_Tab, none, c.contentTextView()}, // a tab in the text
+        {Qt::Key_Tab, ctrl, c.collectionView()},
+        {Qt::Key_Tab, ctrl, c.popUpview()},
+        {Qt::Key_Backtab, ctrlShift, c.collectionView()},
+        {Qt::Key_Backtab, ctrlShift, c.contentTextView()},
+        {Qt::Key_Backtab, shift, c.subjectField()}, // the body's own way back
+        {Qt::Key_Backtab, shift, c.toField()},
+        {Qt::Key_F, Qt::AltModifier, c.popUpview()},
     };
-    const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
-    const Qt::KeyboardModifiers ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
-    const Step steps[] = {
-        {Qt::Key_Backtab, Qt::ShiftModifier, from},
-        {Qt::Key_Tab, Qt::NoModifier, cancel},
-        {Qt::Key_Tab, Qt::NoModifier, send},
-        {Qt::Key_Tab, Qt::NoModifier, to},
-        {Qt::Key_Tab, Qt::NoModifier, subject},
-        {Qt::Key_Tab, Qt::NoModifier, body},
-        {Qt::Key_Tab, Qt::NoModifier, body}, // a tab in the text
-        {Qt::Key_Tab, ctrl, strip},
-        {Qt::Key_Tab, ctrl, from},
-        {Qt::Key_Backtab, ctrlShift, strip},
-        {Qt::Key_Backtab, ctrlShift, body},
-        {Qt::Key_Backtab, ctrlShift, subject},
-        {Qt::Key_Tab, ctrl, body},
-        {Qt::Key_Backtab, Qt::ShiftModifier, subject}, // the body's own way back
-        {Qt::Key_Backtab, Qt::ShiftModifier, to},
-        {Qt::Key_F, Qt::AltModifier, from},
-    };
-    const QString bodyBefore = composer->contentTextView()->toPlainText();
+    const QString bodyBefore = c.contentTextView()->toPlainText();
     int number = 0;
-    for (const Step& step : steps) {
+    for (const auto& [key, modifiers, focused] : steps) {
         SCOPED_TRACE(number++);
-        QTest::keyClick(QApplication::focusWidget(), step.key, step.modifiers);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return step.focused->hasFocus(); }, 2000))
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return focused->hasFocus(); }, 2000))
             << "focus is on " << QApplication::focusWidget()->metaObject()->className();
-        QWidget* ring = composer->keyboard()->focusRing();
+        QWidget* ring = c.keyboard()->focusRing();
         EXPECT_TRUE(ring->isVisible());
-        QWidget* around = step.focused == strip ? composer->collectionScrollview() : step.focused;
-        const QRect frame(around->mapTo(ring->parentWidget(), QPoint(0, 0)), around->size());
-        EXPECT_TRUE(ring->geometry().contains(frame));
+        QWidget* around = focused == c.collectionView() ? c.collectionScrollview() : focused;
+        EXPECT_TRUE(ring->geometry().contains(
+            QRect(around->mapTo(ring->parentWidget(), QPoint(0, 0)), around->size())));
     }
     // Only the plain Tab in the body typed anything.
-    EXPECT_EQ(composer->contentTextView()->toPlainText().size(), bodyBefore.size() + 1);
-    EXPECT_EQ(composer->contentTextView()->toPlainText().count(u'\t'), bodyBefore.count(u'\t') + 1);
+    EXPECT_EQ(c.contentTextView()->toPlainText().size(), bodyBefore.size() + 1);
+    EXPECT_EQ(c.contentTextView()->toPlainText().count(u'\t'), bodyBefore.count(u'\t') + 1);
 }
 
 } // namespace
