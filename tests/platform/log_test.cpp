@@ -5,8 +5,6 @@
 #include "platform/Log.h"
 
 #include <gtest/gtest.h>
-#include <thread>
-#include <vector>
 
 using namespace velmora;
 
@@ -18,24 +16,4 @@ TEST(Log, PlaceholdersTakeArgumentsInOrder) {
               QStringLiteral("exchangeDate 50%@ off"));
     EXPECT_EQ(Log::format(u"no args %@", {}), QStringLiteral("no args (null)"));
     EXPECT_EQ(Log::format(u"100% %d", {QStringLiteral("x")}), QStringLiteral("100% %d"));
-}
-
-// A capture sees lines from every thread, and an inner one hands back to the outer at its end.
-TEST(Log, CaptureSeesLinesFromEveryThreadForItsScope) {
-    LogCapture outer;
-    {
-        LogCapture inner;
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 4; ++i)
-            threads.emplace_back([i] { Log::error(u"[%@] step %@", QString::number(i)); });
-        for (auto& t : threads)
-            t.join();
-        QStringList lines = inner.linesStartingWith(u"[***ERROR***] step ");
-        lines.sort();
-        EXPECT_EQ(lines, (QStringList{"[***ERROR***] step 0", "[***ERROR***] step 1",
-                                      "[***ERROR***] step 2", "[***ERROR***] step 3"}));
-    }
-    Log::write(u"after", {});
-    EXPECT_EQ(outer.lines().size(), 5);
-    EXPECT_EQ(outer.lines().last(), QStringLiteral("after"));
 }

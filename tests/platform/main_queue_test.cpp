@@ -66,22 +66,4 @@ TEST(MainQueue, WorkQueuedBehindOneThatRunsItsOwnEventLoopRunsInThatLoop) {
     EXPECT_TRUE(*secondRanInsideFirst);
 }
 
-TEST(MainQueue, SyncWaitsForTheMainThreadOrRunsInPlaceThere) {
-    int ranHere = 0;
-    MainQueue::sync([&] { ++ranHere; });
-    EXPECT_EQ(ranHere, 1);
-
-    std::atomic<bool> returned = false;
-    QThread* ranOn = nullptr;
-    std::thread worker([&] {
-        MainQueue::sync([&] { ranOn = QThread::currentThread(); });
-        returned = true;
-    });
-    while (!returned)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    worker.join();
-    EXPECT_EQ(ranOn, QThread::currentThread());
-    EXPECT_TRUE(MainQueue::isMainThread());
-}
-
 } // namespace

@@ -6,10 +6,6 @@
 #include "TestSupport.h"
 #include "platform/ItemProviders.h"
 #include "platform/PngConversion.h"
-#include "platform/RichText.h"
-
-#include <QBuffer>
-#include <QImageReader>
 
 #include <future>
 #include <thread>
@@ -33,13 +29,6 @@ Answer load(ItemProvider& provider, const QString& type) {
     return promise.get_future().get();
 }
 
-QImage decodedPng(const PngConversion::Result& result) {
-    EXPECT_TRUE(std::holds_alternative<QByteArray>(result));
-    QBuffer buffer;
-    buffer.setData(std::get<QByteArray>(result));
-    return QImageReader(&buffer, "png").read();
-}
-
 // What each provider delivers is seen through intake; here, what intake never asks for.
 TEST(ItemProviders, AnswerOnAnotherThreadAndRefuseTypesTheyDoNotOffer) {
     const auto text = ItemProviders::plainText(QStringLiteral("hi"));
@@ -53,22 +42,6 @@ TEST(ItemProviders, AnswerOnAnotherThreadAndRefuseTypesTheyDoNotOffer) {
     ASSERT_TRUE(refused.error);
     EXPECT_EQ(refused.error->code, kItemProviderUnavailableCoercionError);
     EXPECT_FALSE(refused.item.isValid());
-}
-
-TEST(PngConversion, DecodesWhatQtReadsUprightByItsExifOrientation) {
-    const QImage wide = twoColourImage(40, 20);
-    for (const QVariant& item : {QVariant(encoded(wide, "png")), QVariant(encoded(wide, "jpg")),
-                                 QVariant(jpegWithOrientation(wide, 1)), QVariant(wide)}) {
-        const QImage png = decodedPng(PngConversion::fromItem(item));
-        ASSERT_EQ(png.size(), QSize(40, 20));
-        EXPECT_TRUE(nearColour(png.pixelColor(5, 10), Qt::red));
-        EXPECT_TRUE(nearColour(png.pixelColor(35, 10), Qt::blue));
-    }
-    // Orientation 6: shown turned a quarter clockwise, so the left half comes on top.
-    const QImage upright = decodedPng(PngConversion::fromData(jpegWithOrientation(wide, 6)));
-    ASSERT_EQ(upright.size(), QSize(20, 40));
-    EXPECT_TRUE(nearColour(upright.pixelColor(10, 5), Qt::red));
-    EXPECT_TRUE(nearColour(upright.pixelColor(10, 35), Qt::blue));
 }
 
 TEST(PngConversion, RefusesCorruptDataBombsAndNonImages) {
@@ -89,14 +62,6 @@ TEST(PngConversion, RefusesCorruptDataBombsAndNonImages) {
         EXPECT_TRUE(std::get<Error>(result).text().contains(QLatin1String(row.says)))
             << row.name << ": " << std::get<Error>(result).text().toStdString();
     }
-}
-
-TEST(RichText, KeepsThePlainStringCountedInUtf16BesideTheHtml) {
-    const RichText text =
-        RichText::fromHtml(QStringLiteral("<p>Caf\u00e9 <b>x</b> \U0001F600</p>"));
-    EXPECT_EQ(text.string(), QStringLiteral("Caf\u00e9 x \U0001F600"));
-    EXPECT_EQ(text.length(), 9);
-    EXPECT_TRUE(RichText::fromPlainText(QStringLiteral("a < b")).toHtml().contains(u"a &lt; b"));
 }
 
 } // namespace
