@@ -4,7 +4,6 @@
 
 #include "TestSupport.h"
 #include "platform/ExtensionContext.h"
-#include "platform/NotificationCenter.h"
 
 #include <vector>
 
@@ -34,20 +33,6 @@ TEST(ExtensionContext, TellsTheHostOnceWithTheReturnedItemsOrTheCancelError) {
     ASSERT_TRUE(told[1].cancelled());
     EXPECT_EQ(told[1].error->domain, QStringLiteral("NSCocoaErrorDomain"));
     EXPECT_EQ(told[1].error->code, 3072);
-}
-
-TEST(NotificationCenter, DeliversByNameInOrderUntilRemovedAndObserversMayPost) {
-    NotificationCenter center;
-    QStringList seen;
-    const int a = center.addObserver(QStringLiteral("A"), [&](const Notification& n) {
-        seen << QStringLiteral("a:") + n.object.toString();
-        center.postNotificationName(QStringLiteral("B"), {});
-    });
-    center.addObserver({}, [&](const Notification& n) { seen << QStringLiteral("all:") + n.name; });
-    center.postNotificationName(QStringLiteral("A"), QStringLiteral("1"));
-    center.removeObserver(a);
-    center.postNotificationName(QStringLiteral("A"), QStringLiteral("2"));
-    EXPECT_EQ(seen, (QStringList{"a:1", "all:B", "all:A", "all:A"}));
 }
 
 } // namespace
