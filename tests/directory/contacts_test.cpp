@@ -2,7 +2,6 @@
 //
 // SPDX-License-Identifier: MIT
 
-#include "Shown.h"
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
 #include "directory/ExtensionAddress.h"

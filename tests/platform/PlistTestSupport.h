@@ -5,7 +5,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 #include <QVariant>
 
 #include <gtest/gtest.h>

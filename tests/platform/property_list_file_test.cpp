@@ -7,8 +7,6 @@
 #include "platform/Log.h"
 #include "platform/PropertyList.h"
 
-#include <QVariantList>
-
 using namespace velmora;
 using namespace velmora::test::bplist;
 

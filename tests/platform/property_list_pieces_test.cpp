@@ -20,10 +20,9 @@ const QByteArray kHead = R"(<?xml version="1.0" encoding="UTF-8"?>
 <plist version="1.0">
 <array>
 )";
-const QByteArray kTail = "</array>\n</plist>\n";
 
 QByteArray book(const QByteArray& elements) {
-    return kHead + elements + kTail;
+    return kHead + elements + "</array>\n</plist>\n";
 }
 
 const QByteArray kDicts = "\t<dict>\n\t\t<key>mail</key>\n\t\t<string>ada@x.test</string>\n"
@@ -57,8 +56,7 @@ TEST(PropertyListPieces, ReadAsTheWholeDocumentDoesWhereverTheSeamsFall) {
         {"over_the_value_limit", book(kDicts), 12},
     };
     for (const auto& row : rows) {
-        PropertyList::Limits limits;
-        limits.maxObjects = row.maxObjects;
+        const PropertyList::Limits limits{.maxObjects = row.maxObjects};
         QString wholeError;
         const QVariant whole = PropertyList::fromXml(row.xml, &wholeError, limits);
         for (qsizetype piece = 1; piece <= 48; ++piece) {

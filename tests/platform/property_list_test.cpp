@@ -8,8 +8,6 @@
 #include "PlistTestSupport.h"
 #include "platform/PropertyList.h"
 
-#include <QDateTime>
-
 #include <cmath>
 #include <limits>
 
@@ -91,13 +89,6 @@ TEST(PropertyList, ReadsTheSameValueInBothFormats) {
                           QVariantList{true}));
 }
 
-// ---- Malformed input: a null result and a reason ----
-
-QByteArray withByte(QByteArray data, qsizetype at, char value) {
-    data[at] = value;
-    return data;
-}
-
 // A well-formed file, an array holding a string, with a different trailer.
 QByteArray withTrailer(const Trailer& trailer) {
     return file({array({1}), ascii("x")}, trailer);
@@ -136,8 +127,8 @@ TEST(PropertyList, MalformedInputGivesNullAndSaysWhy) {
         {"table_offset_huge", withTrailer({.tableOffset = ~quint64(0)}), "does not fit"},
         {"count_overflows_table", withTrailer({.objectCount = quint64(1) << 62}), "does not fit"},
         // The one object is at byte 8; its two-byte offset at bytes 10 and 11.
-        {"offset_in_header", withByte(file({ascii("x")}), 11, 2), "outside the object area"},
-        {"offset_in_table", withByte(file({ascii("x")}), 11, 10), "outside the object area"},
+        {"offset_in_header", file({ascii("x")}).replace(11, 1, "\x02"), "outside the object area"},
+        {"offset_in_table", file({ascii("x")}).replace(11, 1, "\x0A"), "outside the object area"},
         {"ref_out_of_range", file({array({7})}), "does not exist"},
         {"indirect_cycle", file({array({1}), dict({2}, {0}), ascii("k")}), "contains itself"},
         {"key_not_string", file({dict({1}, {1}), integer(1)}), "not a string"},
@@ -161,8 +152,6 @@ TEST(PropertyList, MalformedInputGivesNullAndSaysWhy) {
         EXPECT_TRUE(error.contains(QLatin1String(row.mentions))) << error.toStdString();
     }
 }
-
-// ---- Limits ----
 
 QByteArray nestedXmlArrays(int levels) {
     return QByteArray("<array>").repeated(levels) + QByteArray("</array>").repeated(levels);

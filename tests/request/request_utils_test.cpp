@@ -33,22 +33,13 @@ QString u(const char* utf8) {
 QString randomText(QRandomGenerator& rng, int maxLength, bool unpairedSurrogates = false) {
     static const QString syntax = u("&=+#?%[] ;/");
     QString text;
-    const int length = rng.bounded(maxLength);
-    for (int i = 0; i < length; ++i) {
-        switch (rng.bounded(5)) {
-        case 0:
-            text += syntax.at(rng.bounded(int(syntax.size())));
-            break;
-        case 1:
-            text += QChar(char16_t(rng.bounded(0x20, 0x7F)));
-            break;
-        case 2:
-            text += QChar(char16_t(rng.bounded(0xA0, unpairedSurrogates ? 0x10000 : 0xD800)));
-            break;
-        default:
-            const char32_t c = char32_t(rng.bounded(0x10000, 0x110000));
-            text += QString::fromUcs4(&c, 1);
-        }
+    for (int n = rng.bounded(maxLength); n > 0; --n) {
+        const int kind = rng.bounded(5);
+        const char32_t c = kind == 0   ? syntax.at(rng.bounded(int(syntax.size()))).unicode()
+                           : kind == 1 ? rng.bounded(0x20, 0x7F)
+                           : kind == 2 ? rng.bounded(0xA0, unpairedSurrogates ? 0x10000 : 0xD800)
+                                       : rng.bounded(0x10000, 0x110000);
+        text += QChar::fromUcs4(c);
     }
     return text;
 }
