@@ -37,23 +37,6 @@ protected:
     velmora::test::TempContainer container;
 };
 
-TEST_P(AccountsFile, ReadsEveryKeyWithItsDefaultsAndConversions) {
-    LogCapture log;
-    EXPECT_EQ(
-        read(R"([
-        {},
-        {"mail": "ada@x.test", "name": "Ada", "type": "3", "enabled": "YES",
-         "aliases": [{"mail": "al@x.test", "name": "Al", "account": "acc-1"}, {}]},
-        {"mail": "b@x.test", "type": 12, "enabled": 1},
-        {"mail": "c@x.test", "enabled": "NO"},
-        {"mail": "d@x.test", "enabled": true, "ignored": [1, 2]}
-    ])"),
-        (QStringList{R"("No Mail" "" 0 off)",
-                     R"("ada@x.test" "Ada" 3 on ("al@x.test" "Al" "acc-1") ("No Mail" "" ""))",
-                     R"("b@x.test" "" 12 on)", R"("c@x.test" "" 0 off)", R"("d@x.test" "" 0 on)"}));
-    EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
-}
-
 // A field of the wrong type ends the reading of its record, which keeps what came before; a
 // bad alias is its own reader's failure, listed unfilled beside the good one.
 TEST_P(AccountsFile, WrongTypesEndTheReadingButKeepTheRecord) {

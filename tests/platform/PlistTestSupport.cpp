@@ -5,7 +5,6 @@
 #include "PlistTestSupport.h"
 
 #include <QStringList>
-#include <QtEndian>
 
 #include <bit>
 
@@ -80,12 +79,6 @@ QByteArray integer(qint64 value) {
 
 QByteArray ascii(const QByteArray& text) {
     return head(0x5, quint64(text.size())) + text;
-}
-
-QByteArray utf16(const QString& text) {
-    QByteArray units(text.size() * 2, '\0');
-    qToBigEndian<char16_t>(text.utf16(), text.size(), units.data());
-    return head(0x6, quint64(text.size())) + units;
 }
 
 QByteArray real(double value) {

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 #include <QVariant>
 
 #include <gtest/gtest.h>
@@ -29,7 +28,6 @@ QByteArray bigEndian(quint64 value, int size);
 QByteArray head(int type, quint64 count);
 QByteArray integer(qint64 value);
 QByteArray ascii(const QByteArray& text);
-QByteArray utf16(const QString& text);
 QByteArray real(double value);
 QByteArray date(double secondsSince2001);
 QByteArray array(std::initializer_list<int> refs, int type = 0xA);

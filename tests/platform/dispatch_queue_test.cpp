@@ -7,8 +7,6 @@
 #include <atomic>
 #include <future>
 #include <gtest/gtest.h>
-#include <mutex>
-#include <vector>
 
 using namespace velmora;
 
@@ -44,27 +42,6 @@ TEST(DispatchQueue, ManyItemsRunOnABoundedNumberOfThreadsAndABlockedOneHoldsUpOn
     EXPECT_EQ(done, 1000);
     EXPECT_LE(mostAtOnce, 3);
     EXPECT_GE(DispatchQueue::defaultWidth(), 2);
-}
-
-TEST(DispatchQueue, DelayedItemsRunInTheOrderTheyFallDueAndHoldNoThreadWhileTheyWait) {
-    std::mutex mutex;
-    std::vector<int> order;
-    auto record = [&](int n) {
-        return [&, n] {
-            const std::lock_guard lock(mutex);
-            order.push_back(n);
-        };
-    };
-    using std::chrono::milliseconds;
-    {
-        DispatchQueue queue(DispatchQueue::Priority::Background, 1);
-        queue.asyncAfter(milliseconds(700), record(3));
-        queue.asyncAfter(milliseconds(400), record(2));
-        queue.asyncAfter(milliseconds(700), record(4)); // same time: queued later, runs later
-        // The only thread is free for new work while the delayed items wait.
-        queue.async(record(1));
-    } // the queue's end runs the delayed items at their time
-    EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
 }
 
 } // namespace

@@ -2,13 +2,15 @@
 //
 // SPDX-License-Identifier: MIT
 
+#include "ImageSamples.h"
 #include "TestSupport.h"
 #include "platform/ExtensionContext.h"
-#include "platform/NotificationCenter.h"
+#include "platform/PngConversion.h"
 
 #include <vector>
 
 using namespace velmora;
+using namespace velmora::test;
 
 namespace {
 
@@ -36,18 +38,24 @@ TEST(ExtensionContext, TellsTheHostOnceWithTheReturnedItemsOrTheCancelError) {
     EXPECT_EQ(told[1].error->code, 3072);
 }
 
-TEST(NotificationCenter, DeliversByNameInOrderUntilRemovedAndObserversMayPost) {
-    NotificationCenter center;
-    QStringList seen;
-    const int a = center.addObserver(QStringLiteral("A"), [&](const Notification& n) {
-        seen << QStringLiteral("a:") + n.object.toString();
-        center.postNotificationName(QStringLiteral("B"), {});
-    });
-    center.addObserver({}, [&](const Notification& n) { seen << QStringLiteral("all:") + n.name; });
-    center.postNotificationName(QStringLiteral("A"), QStringLiteral("1"));
-    center.removeObserver(a);
-    center.postNotificationName(QStringLiteral("A"), QStringLiteral("2"));
-    EXPECT_EQ(seen, (QStringList{"a:1", "all:B", "all:A", "all:A"}));
+TEST(PngConversion, RefusesCorruptDataBombsAndNonImages) {
+    const struct {
+        const char* name;
+        QVariant item;
+        const char* says;
+    } rows[] = {
+        {"garbage", QByteArray("\x89PNG\r\n\x1a\n not really a PNG"), "cannot decode"},
+        {"truncated", encoded(twoColourImage(40, 20), "png").left(60), "cannot decode"},
+        {"bomb", pngDeclaringSize(100000, 100000), "100000 x 100000 pixels exceeds the limit"},
+        {"null image", QImage(), "empty image"},
+        {"text", QStringLiteral("hello"), "not an image"},
+    };
+    for (const auto& row : rows) {
+        const auto result = PngConversion::fromItem(row.item);
+        ASSERT_TRUE(std::holds_alternative<Error>(result)) << row.name;
+        EXPECT_TRUE(std::get<Error>(result).text().contains(QLatin1String(row.says)))
+            << row.name << ": " << std::get<Error>(result).text().toStdString();
+    }
 }
 
 } // namespace

@@ -117,10 +117,7 @@ TEST(PropertyListDifferential, ReadsWhatLibplistWritesInBothFormats) {
             SCOPED_TRACE(testing::Message() << "tree " << i << (binary ? " binary" : " XML"));
             char* out = nullptr;
             uint32_t length = 0;
-            if (binary)
-                plist_to_bin(tree.node, &out, &length);
-            else
-                plist_to_xml(tree.node, &out, &length);
+            (binary ? plist_to_bin : plist_to_xml)(tree.node, &out, &length);
             const QByteArray data(out, qsizetype(length));
             std::free(out);
             QString error;

@@ -8,8 +8,6 @@
 #include "PlistTestSupport.h"
 #include "platform/PropertyList.h"
 
-#include <QDateTime>
-
 #include <cmath>
 #include <limits>
 
@@ -38,19 +36,10 @@ TEST(PropertyList, ReadsTheSameValueInBothFormats) {
         std::vector<QByteArray> binary; // objects, the first is the root; none when XML only
         QVariant expected;
     } rows[] = {
-        {"string_blank", "<string> \n</string>", {}, QStringLiteral(" \n")},
-        {"string_references_cdata_comment",
-         "<string>&lt;a&gt;&amp;&#x1F600;&#233;<![CDATA[<b>]]><!-- c -->d</string>",
-         {},
-         QStringLiteral("<a>&\U0001F600\u00e9<b>d")},
         {"string_undeclared_entity_stays_literal",
          "<string>&lol9;</string>",
          {},
          QStringLiteral("&lol9;")},
-        {"string_lone_surrogate",
-         {},
-         {bytes({0x62, 0xD8, 0x3D, 0, 'A'})},
-         QString(QChar(0xD83D)) + u'A'},
         {"integer_signs_and_hex",
          "<array><integer>-42</integer><integer>+7</integer><integer> -0 </integer>"
          "<integer>0x1F</integer><integer>-0X10</integer></array>",
@@ -74,31 +63,10 @@ TEST(PropertyList, ReadsTheSameValueInBothFormats) {
          "<string>" + QByteArray(300, 'x') + "</string>",
          {ascii(QByteArray(300, 'x'))},
          QString(300, u'x')},
-        {"reals_short_forms_and_single_precision",
-         "<array><real>1.5</real><real>-2.5e-3</real><real>.5</real></array>",
-         {array({1, 2, 3}), bytes({0x22, 0x3F, 0xC0, 0, 0}), real(-0.0025), real(0.5)},
-         QVariantList{1.5, -0.0025, 0.5}},
         {"reals_not_finite",
          "<array><real>nan</real><real>INF</real><real>+infinity</real><real>-inf</real></array>",
          {array({1, 2, 2, 3}), real(std::nan("")), real(HUGE_VAL), real(-HUGE_VAL)},
          QVariantList{std::nan(""), HUGE_VAL, HUGE_VAL, -HUGE_VAL}},
-        {"date_milliseconds_before_2001",
-         {},
-         {date(-1.25)},
-         QDateTime(QDate(2000, 12, 31), QTime(23, 59, 58, 750), Qt::UTC)},
-        {"uid_8_bytes",
-         {},
-         {bytes({0x87, 0, 0, 1, 0, 0, 0, 0, 0})},
-         QVariantMap{{"CF$UID", qint64(1) << 40}}},
-        {"dictionary_later_duplicate_wins",
-         "<dict><key>k</key><integer>1</integer><key></key><dict/><key>k</key><integer>2</integer>"
-         "</dict>",
-         {dict({1, 2, 1}, {3, 4, 5}), ascii("k"), ascii(""), integer(1), dict({}, {}), integer(2)},
-         QVariantMap{{"k", qint64(2)}, {"", QVariantMap{}}}},
-        {"set_is_a_list",
-         {},
-         {array({1, 2}, 0xC), array({}), ascii("")},
-         QVariantList{QVariantList{}, QStringLiteral("")}},
     };
     // A success clears an earlier error.
     for (const auto& row : rows) {
@@ -121,13 +89,6 @@ TEST(PropertyList, ReadsTheSameValueInBothFormats) {
                           QVariantList{true}));
 }
 
-// ---- Malformed input: a null result and a reason ----
-
-QByteArray withByte(QByteArray data, qsizetype at, char value) {
-    data[at] = value;
-    return data;
-}
-
 // A well-formed file, an array holding a string, with a different trailer.
 QByteArray withTrailer(const Trailer& trailer) {
     return file({array({1}), ascii("x")}, trailer);
@@ -139,13 +100,8 @@ TEST(PropertyList, MalformedInputGivesNullAndSaysWhy) {
         QByteArray data;
         const char* mentions; // a fragment the reason must contain
     } rows[] = {
-        {"unclosed", "<plist><array><string>a</string>", "at byte"},
-        {"empty", "", "document element"},
-        {"two_roots", "<array/><array/>", "after the root"},
-        {"plist_two_values", xmlPlist("<string/><string/>"), "exactly one"},
         {"plist_no_value", xmlPlist(""), "no value"},
         {"unknown_element", xmlPlist("<set/>"), "<set>"},
-        {"key_without_value", xmlPlist("<dict><key>a</key></dict>"), "no value"},
         {"key_then_key", xmlPlist("<dict><key>a</key><key>b</key><true/></dict>"), "no value"},
         {"value_where_key_expected", xmlPlist("<dict><string>a</string><true/></dict>"), "<key>"},
         {"key_outside_dict", xmlPlist("<array><key>a</key></array>"), "outside"},
@@ -154,8 +110,6 @@ TEST(PropertyList, MalformedInputGivesNullAndSaysWhy) {
         {"content_in_true", xmlPlist("<true>yes</true>"), "content"},
         {"integer_text", xmlPlist("<integer>12a</integer>"), "\"12a\""},
         {"integer_empty", xmlPlist("<integer/>"), "not an integer"},
-        {"integer_above_64_bits", xmlPlist("<integer>18446744073709551616</integer>"),
-         "not an integer"},
         {"integer_below_64_bits", xmlPlist("<integer>-9223372036854775809</integer>"), "below"},
         {"real_text", xmlPlist("<real>1.5x</real>"), "not a real"},
         {"real_out_of_range", xmlPlist("<real>1e999</real>"), "not a real"},
@@ -165,23 +119,19 @@ TEST(PropertyList, MalformedInputGivesNullAndSaysWhy) {
         {"base64_lone_character", xmlPlist("<data>SGVsb</data>"), "base64"},
 
         {"magic_only", "bplist00", "not a bplist00"},
-        {"truncated", file({ascii("x")}).chopped(1), "trailer"},
         {"offset_size_3", withTrailer({.offsetSize = 3}), "offset size"},
         {"ref_size_0", withTrailer({.refSize = 0}), "reference size"},
         {"no_objects", withTrailer({.objectCount = 0}), "top object"},
         {"top_out_of_range", withTrailer({.topObject = 2}), "top object"},
-        {"table_past_trailer", withTrailer({.objectCount = 30}), "does not fit"},
         {"table_in_header", withTrailer({.tableOffset = 4}), "does not fit"},
         {"table_offset_huge", withTrailer({.tableOffset = ~quint64(0)}), "does not fit"},
         {"count_overflows_table", withTrailer({.objectCount = quint64(1) << 62}), "does not fit"},
         // The one object is at byte 8; its two-byte offset at bytes 10 and 11.
-        {"offset_in_header", withByte(file({ascii("x")}), 11, 2), "outside the object area"},
-        {"offset_in_table", withByte(file({ascii("x")}), 11, 10), "outside the object area"},
+        {"offset_in_header", file({ascii("x")}).replace(11, 1, "\x02"), "outside the object area"},
+        {"offset_in_table", file({ascii("x")}).replace(11, 1, "\x0A"), "outside the object area"},
         {"ref_out_of_range", file({array({7})}), "does not exist"},
-        {"self_reference", file({array({0})}), "contains itself"},
         {"indirect_cycle", file({array({1}), dict({2}, {0}), ascii("k")}), "contains itself"},
         {"key_not_string", file({dict({1}, {1}), integer(1)}), "not a string"},
-        {"string_past_area", file({head(0x5, 9) + "abc"}), "runs past"},
         {"array_past_area", file({head(0xA, 10) + '\0'}), "runs past"},
         {"count_not_integer", file({bytes({0x5F, 0x23}) + QByteArray(8, 0)}), "count"},
         {"count_beyond_file", file({head(0x4, quint64(1) << 40)}), "impossible"},
@@ -203,8 +153,6 @@ TEST(PropertyList, MalformedInputGivesNullAndSaysWhy) {
     }
 }
 
-// ---- Limits ----
-
 QByteArray nestedXmlArrays(int levels) {
     return QByteArray("<array>").repeated(levels) + QByteArray("</array>").repeated(levels);
 }
@@ -218,7 +166,6 @@ QByteArray nestedBinaryArrays(int levels) {
 }
 
 TEST(PropertyList, LimitsHoldInBothFormats) {
-    const QByteArray smallXml = "<string>x</string>";
     const QByteArray smallBinary = file({ascii("x")});
     const struct {
         const char* name;
@@ -252,11 +199,6 @@ TEST(PropertyList, LimitsHoldInBothFormats) {
          file({array({1, 2}), integer(1), integer(2)}),
          file({array({1, 2}), integer(1), integer(2), integer(3)}),
          "limit of 3"},
-        {"input_size_xml",
-         {.maxInputBytes = smallXml.size()},
-         smallXml,
-         "<string>xy</string>",
-         "above the limit"},
         {"input_size_binary",
          {.maxInputBytes = smallBinary.size()},
          smallBinary,
@@ -276,18 +218,17 @@ TEST(PropertyList, LimitsHoldInBothFormats) {
     EXPECT_FALSE(PropertyList::fromData(nestedBinaryArrays(200000)).isValid());
 }
 
+// Forty levels, each two references to the level below: 2^40 leaves if each were decoded anew.
 TEST(PropertyList, SharedReferencesAreDecodedOnce) {
-    // Forty levels, each an array of two references to the level below: 2^40 leaves if copied.
-    constexpr int kLevels = 40;
     std::vector<QByteArray> levels;
-    for (int level = 0; level < kLevels; ++level)
+    for (int level = 0; level < 40; ++level)
         levels.push_back(array({level + 1, level + 1}));
     levels.push_back(ascii("lol"));
     QVariant at = PropertyList::fromBinary(file(levels));
-    for (int level = 0; level < kLevels; ++level) {
+    for (int level = 0; level < 40; ++level) {
         const QVariantList pair = at.toList();
         ASSERT_EQ(pair.size(), 2) << level;
-        if (level + 1 < kLevels) {
+        if (level < 39) {
             EXPECT_EQ(pair[0].toList().constData(), pair[1].toList().constData()) << level;
         }
         at = pair[0];
