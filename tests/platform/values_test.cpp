@@ -49,7 +49,8 @@ TEST(Values, IntegerBoolAndRealOfEachKind) {
         {"missing", QVariant(), 0, false, 0.0},
     };
     const std::string numeric = setlocale(LC_NUMERIC, nullptr);
-    setlocale(LC_NUMERIC, "de_DE.UTF-8");
+    // scripts/bootstrap makes this locale, whose decimal separator is a comma.
+    ASSERT_NE(setlocale(LC_NUMERIC, "de_DE.UTF-8"), nullptr);
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(Values::integerValue(row.value), row.integer);
