@@ -5,9 +5,6 @@
 #include "platform/LocalizedString.h"
 #include "share/Translations.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QLocale>
 
 #include <gtest/gtest.h>
@@ -62,24 +59,6 @@ TEST_F(TranslationLoading, TakesTheFirstLanguageThatHasATranslation) {
               QStringLiteral("Il messaggio non ha un oggetto."));
     // A key without a translation comes back as itself.
     EXPECT_EQ(LocalizedString("Not in any catalogue"), QStringLiteral("Not in any catalogue"));
-}
-
-TEST_F(TranslationLoading, FindsATranslationInstalledBesideTheProgram) {
-    // The installed layout: bin/velmora-share and share/velmora-share/translations/*.qm.
-    const QDir folder(QDir(QCoreApplication::applicationDirPath())
-                          .filePath(QStringLiteral("../share/velmora-share/translations")));
-    ASSERT_TRUE(QDir().mkpath(folder.path()));
-    // A language the program has no translation of built in; the Italian texts under its name.
-    const QString file = folder.filePath(QStringLiteral("velmora-share_la.qm"));
-    QFile::remove(file);
-    ASSERT_TRUE(QFile::copy(QStringLiteral(":/i18n/velmora-share_it.qm"), file));
-
-    const bool installed = installTranslationsFor({QStringLiteral("la")});
-    const QString cancel = LocalizedString("Cancel");
-    QFile::remove(file);
-    QDir().rmpath(QDir::cleanPath(folder.absolutePath())); // only the folders made empty above
-    EXPECT_TRUE(installed);
-    EXPECT_EQ(cancel, QStringLiteral("Annulla"));
 }
 
 } // namespace
