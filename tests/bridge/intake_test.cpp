@@ -132,15 +132,6 @@ protected:
     const std::thread::id testThread = std::this_thread::get_id();
 };
 
-TEST_F(Intake, NothingSharedIsDeliveredEmptyAfterOneWait) {
-    const auto message = run({}, true);
-    EXPECT_EQ(sleeps, 1);
-    EXPECT_EQ(message->htmlBody(), QStringLiteral(""));
-    EXPECT_FALSE(message->htmlBody().isNull());
-    EXPECT_TRUE(message->subject().isNull());
-    EXPECT_TRUE(message->attachments()->isEmpty());
-}
-
 TEST_F(Intake, AProviderThatNeverAnswersRunsTheWaitOutAndLateAnswersStillCount) {
     std::promise<void> release;
     const auto late = std::make_shared<ScriptedProvider>(

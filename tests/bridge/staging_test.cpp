@@ -4,6 +4,7 @@
 
 #include "TestSupport.h"
 #include "bridge/ExtensionUtilities.h"
+#include "bridge/FileNaming.h"
 #include "bridge/ShareFolder.h"
 #include "platform/FileCoordinator.h"
 #include "platform/Log.h"
@@ -90,38 +91,36 @@ protected:
     LogCapture log;
 };
 
-TEST(StagingInit, FirstRunReportsTheMissingFolderTwiceAndCreatesIt) {
-    const velmora::test::TempContainer container;
-    LogCapture log;
-    ExtensionUtilities::ShareInit(kService);
-    const QStringList lines = log.lines();
-    ASSERT_EQ(lines.size(), 2) << lines.join(u'\n').toStdString();
-    EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] shareInit delete "));
-    EXPECT_TRUE(lines[1].startsWith(u"[***ERROR***] shareInit create "));
-    // The creation step repeats the removal's error, as the slot is shared.
-    EXPECT_EQ(lines[0].mid(QStringLiteral("[***ERROR***] shareInit delete ").size()),
-              lines[1].mid(QStringLiteral("[***ERROR***] shareInit create ").size()));
-    const QString staging = container.dataFolder() + QStringLiteral("/ShareFull");
-    EXPECT_EQ(QDir(staging).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList{QFileInfo(ShareFolder::current(kService)->path()).fileName()});
-}
-
-TEST_F(Staging, ASecondShareStartsEmptyAndLeavesTheFirstSharesFilesWithoutALogLine) {
-    const QStringList first =
-        ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "a")});
-    const QString firstFolder = stage();
-    writeFile(stage() + QStringLiteral("/deep/inner.txt"), "x");
-    log.clear();
-    ExtensionUtilities::ShareInit(kService);
-    EXPECT_NE(stage(), firstFolder);
-    EXPECT_TRUE(stagedEntries().isEmpty());
-    // The main application may still be reading what the first share sent.
-    EXPECT_EQ(readFile(first.value(0)), "a");
-    EXPECT_EQ(readFile(firstFolder + QStringLiteral("/deep/inner.txt")), "x");
-    EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
-    // A same-named file of the second share gets its own path.
-    EXPECT_EQ(ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "b")}),
-              QStringList{stage() + QStringLiteral("/a.txt")});
+// A numbered name goes before the extension; no name leaves the folder, and a dangling link
+// takes its name as much as a file does.
+TEST(GetGoodPath, ChoosesTheFirstFreeNumberedName) {
+    const struct {
+        const char* given;
+        QStringList taken;
+        const char* expected;
+    } rows[] = {
+        {"photo.jpg", {"/stage/photo.jpg", "/stage/photo_1.jpg"}, "/stage/photo_2.jpg"},
+        {"README", {"/stage/README"}, "/stage/README_1"},
+        {"a.tar.gz", {"/stage/a.tar.gz"}, "/stage/a.tar_1.gz"},
+        {".profile", {"/stage/.profile"}, "/stage/.profile_1"},
+        {"notes.", {"/stage/notes."}, "/stage/notes._1"},
+        {"..", {}, "/stage/file"},
+        {"../../etc/passwd", {}, "/stage/.._.._etc_passwd"},
+        {"", {}, "/stage/file"},
+    };
+    for (const auto& row : rows) {
+        const QSet<QString> taken(row.taken.begin(), row.taken.end());
+        EXPECT_EQ(Zemlo_Fs::GetGoodPath(QString::fromUtf8(row.given), QStringLiteral("/stage"),
+                                        [&](const QString& p) { return taken.contains(p); }),
+                  QString::fromUtf8(row.expected))
+            << row.given;
+    }
+    QTemporaryDir dir;
+    writeFile(dir.filePath(QStringLiteral("photo.jpg")), "x");
+    ASSERT_TRUE(QFile::link(dir.filePath(QStringLiteral("nowhere")),
+                            dir.filePath(QStringLiteral("photo_1.jpg"))));
+    EXPECT_EQ(Zemlo_Fs::GetGoodPath(QStringLiteral("photo.jpg"), dir.path()),
+              dir.filePath(QStringLiteral("photo_2.jpg")));
 }
 
 // Several requests under one hold of the lock: each gets what it would get alone. Files keep
@@ -161,18 +160,17 @@ TEST_F(Staging, RequestsUnderOneHoldOfTheLockGetWhatEachGetsAlone) {
     EXPECT_TRUE(stagingLockIsFree(container.dataFolder()));
     const QStringList lines = log.lines();
     ASSERT_EQ(lines.size(), 2) << lines.join(u'\n').toStdString();
-    EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] Error writing file shareFiles "));
-    EXPECT_TRUE(lines[0].contains(QStringLiteral("vanished.txt")));
-    EXPECT_TRUE(lines[1].startsWith(u"[***ERROR***] Error writing file shareFiles "));
-    EXPECT_TRUE(lines[1].contains(QStringLiteral("pipe")));
+    for (int i : {0, 1})
+        EXPECT_TRUE(lines[i].startsWith(u"[***ERROR***] Error writing file shareFiles ") &&
+                    lines[i].contains(QLatin1String(i ? "pipe" : "vanished.txt")));
     EXPECT_EQ(stagedEntries(), (QStringList{"README", "image.png", "image_1.png", "image_2.png",
                                             "photo.jpg", "photo_1.jpg", "photo_2.jpg"}));
 }
 
 TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
-    source(QStringLiteral("album/a.jpg"), "A");
-    source(QStringLiteral("album/sub/b.jpg"), "B");
-    source(QStringLiteral("album/sub/deeper/c.txt"), "C");
+    const char* names[] = {"a.jpg", "sub/b.jpg", "sub/deeper/c.txt"}; // each holding its name
+    for (const char* name : names)
+        source(QStringLiteral("album/") + QLatin1String(name), name);
     QDir(sources.path()).mkpath(QStringLiteral("album/empty"));
     ASSERT_TRUE(QFile::link(QStringLiteral("sub/b.jpg"),
                             sources.filePath(QStringLiteral("album/link.jpg"))));
@@ -181,9 +179,8 @@ TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
     const QStringList staged = ExtensionUtilities::ShareFiles(
         kService, {sources.filePath(QStringLiteral("album/sub/.."))});
     ASSERT_EQ(staged, QStringList{stage() + QStringLiteral("/album")});
-    EXPECT_EQ(readFile(staged[0] + QStringLiteral("/a.jpg")), "A");
-    EXPECT_EQ(readFile(staged[0] + QStringLiteral("/sub/b.jpg")), "B");
-    EXPECT_EQ(readFile(staged[0] + QStringLiteral("/sub/deeper/c.txt")), "C");
+    for (const char* name : names)
+        EXPECT_EQ(readFile(staged[0] + u'/' + QLatin1String(name)), name);
     EXPECT_TRUE(QFileInfo(staged[0] + QStringLiteral("/empty")).isDir());
     EXPECT_EQ(QFileInfo(staged[0] + QStringLiteral("/link.jpg")).symLinkTarget(),
               staged[0] + QStringLiteral("/sub/b.jpg"));
@@ -240,10 +237,11 @@ TEST(StagingWithoutContainer, EveryOperationLogsItsCoordinationLine) {
     ExtensionUtilities::ShareBatch(kService, requests.take(QString()));
     EXPECT_EQ(requests.staged, (QList<QStringList>{{}, {}}));
     const QStringList lines = log.lines();
-    ASSERT_EQ(lines.size(), 3) << lines.join(u'\n').toStdString();
-    EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] shareInit "));
-    EXPECT_TRUE(lines[1].startsWith(u"[***ERROR***] Error shareFiles "));
-    EXPECT_TRUE(lines[2].startsWith(u"[***ERROR***] Error shareDatas "));
+    const QStringList prefixes{"[***ERROR***] shareInit ", "[***ERROR***] Error shareFiles ",
+                               "[***ERROR***] Error shareDatas "};
+    ASSERT_EQ(lines.size(), prefixes.size()) << lines.join(u'\n').toStdString();
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        EXPECT_TRUE(lines[i].startsWith(prefixes[i])) << lines[i].toStdString();
 }
 
 } // namespace
