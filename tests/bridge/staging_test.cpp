@@ -71,14 +71,12 @@ protected:
     }
 
     // This share's own folder in the staging folder.
-    QString stage() const {
-        const auto folder = ShareFolder::current(kService);
-        return folder ? folder->path() : QString();
+    QString stage(const char* name = "") const {
+        return ShareFolder::current(kService)->path() + u'/' + QLatin1String(name);
     }
     QString source(const QString& relative, const QByteArray& bytes) const {
-        const QString path = sources.filePath(relative);
-        writeFile(path, bytes);
-        return path;
+        writeFile(sources.filePath(relative), bytes);
+        return sources.filePath(relative);
     }
     // Every entry of the staging folder, hidden ones included, so leftovers show.
     QStringList stagedEntries() const {
@@ -91,8 +89,7 @@ protected:
     LogCapture log;
 };
 
-// A numbered name goes before the extension; no name leaves the folder, and a dangling link
-// takes its name as much as a file does.
+// A numbered name goes before the extension, and no name leaves the folder.
 TEST(GetGoodPath, ChoosesTheFirstFreeNumberedName) {
     const struct {
         const char* given;
@@ -115,24 +112,18 @@ TEST(GetGoodPath, ChoosesTheFirstFreeNumberedName) {
                   QString::fromUtf8(row.expected))
             << row.given;
     }
-    QTemporaryDir dir;
-    writeFile(dir.filePath(QStringLiteral("photo.jpg")), "x");
-    ASSERT_TRUE(QFile::link(dir.filePath(QStringLiteral("nowhere")),
-                            dir.filePath(QStringLiteral("photo_1.jpg"))));
-    EXPECT_EQ(Zemlo_Fs::GetGoodPath(QStringLiteral("photo.jpg"), dir.path()),
-              dir.filePath(QStringLiteral("photo_2.jpg")));
 }
 
 // Several requests under one hold of the lock: each gets what it would get alone. Files keep
-// their names, content and mode, and same names get numbered ones, also across requests; a
-// source that cannot be read is logged and left out, harming none of the others, and nothing
-// half-made stays behind.
+// their names, content and mode, same names get numbered ones across requests (a dangling link
+// takes its name as much as a file), and an unreadable source is logged and left out.
 TEST_F(Staging, RequestsUnderOneHoldOfTheLockGetWhatEachGetsAlone) {
     const QString first = source(QStringLiteral("one/photo.jpg"), "first");
     const QString readme = source(QStringLiteral("README"), "readme");
     ::chmod(QFile::encodeName(readme).constData(), 0750);
     const QString fifo = sources.filePath(QStringLiteral("pipe"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(stage("nowhere"), stage("photo_1.jpg")));
 
     Requests requests;
     requests.add({first, source(QStringLiteral("two/photo.jpg"), "second"),
@@ -142,19 +133,16 @@ TEST_F(Staging, RequestsUnderOneHoldOfTheLockGetWhatEachGetsAlone) {
     requests.add({first}, {});
     ExtensionUtilities::ShareBatch(kService, requests.take(container.dataFolder()));
 
-    const auto at = [this](const char* name) { return stage() + u'/' + QLatin1String(name); };
     EXPECT_EQ(requests.staged,
-              (QList<QStringList>{{at("photo.jpg"), at("photo_1.jpg"), at("README")},
-                                  {at("image.png"), at("image_1.png"), at("image_2.png")},
-                                  {at("photo_2.jpg")}}));
+              (QList<QStringList>{{stage("photo.jpg"), stage("photo_2.jpg"), stage("README")},
+                                  {stage("image.png"), stage("image_1.png"), stage("image_2.png")},
+                                  {stage("photo_3.jpg")}}));
     QStringList contents;
     for (const char* name :
-         {"photo.jpg", "photo_1.jpg", "photo_2.jpg", "image.png", "image_1.png", "image_2.png"})
-        contents.append(QString::fromLatin1(readFile(at(name))));
+         {"photo.jpg", "photo_2.jpg", "photo_3.jpg", "image.png", "image_1.png", "image_2.png"})
+        contents.append(QString::fromLatin1(readFile(stage(name))));
     EXPECT_EQ(contents, (QStringList{"first", "second", "first", "one", "two", ""}));
-    struct stat st {};
-    ASSERT_EQ(::stat(QFile::encodeName(at("README")).constData(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0750u);
+    EXPECT_EQ(QFile::permissions(stage("README")) & 0x7777, QFile::permissions(readme) & 0x7777);
     // Every request, and the question that found none left, came while the lock was held.
     EXPECT_EQ(requests.lockFree, QList<bool>(4, false));
     EXPECT_TRUE(stagingLockIsFree(container.dataFolder()));
@@ -163,8 +151,9 @@ TEST_F(Staging, RequestsUnderOneHoldOfTheLockGetWhatEachGetsAlone) {
     for (int i : {0, 1})
         EXPECT_TRUE(lines[i].startsWith(u"[***ERROR***] Error writing file shareFiles ") &&
                     lines[i].contains(QLatin1String(i ? "pipe" : "vanished.txt")));
-    EXPECT_EQ(stagedEntries(), (QStringList{"README", "image.png", "image_1.png", "image_2.png",
-                                            "photo.jpg", "photo_1.jpg", "photo_2.jpg"}));
+    EXPECT_EQ(stagedEntries(),
+              (QStringList{"README", "image.png", "image_1.png", "image_2.png", "photo.jpg",
+                           "photo_1.jpg", "photo_2.jpg", "photo_3.jpg"}));
 }
 
 TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
@@ -174,17 +163,15 @@ TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
     QDir(sources.path()).mkpath(QStringLiteral("album/empty"));
     ASSERT_TRUE(QFile::link(QStringLiteral("sub/b.jpg"),
                             sources.filePath(QStringLiteral("album/link.jpg"))));
-
     // The clean path names the copy: "album/sub/.." is "album".
     const QStringList staged = ExtensionUtilities::ShareFiles(
         kService, {sources.filePath(QStringLiteral("album/sub/.."))});
-    ASSERT_EQ(staged, QStringList{stage() + QStringLiteral("/album")});
+    ASSERT_EQ(staged, QStringList{stage("album")});
     for (const char* name : names)
-        EXPECT_EQ(readFile(staged[0] + u'/' + QLatin1String(name)), name);
-    EXPECT_TRUE(QFileInfo(staged[0] + QStringLiteral("/empty")).isDir());
-    EXPECT_EQ(QFileInfo(staged[0] + QStringLiteral("/link.jpg")).symLinkTarget(),
-              staged[0] + QStringLiteral("/sub/b.jpg"));
-    EXPECT_EQ(stagedEntries(), (QStringList{QStringLiteral("album")}));
+        EXPECT_EQ(readFile(stage("album/") + QLatin1String(name)), name);
+    EXPECT_TRUE(QFileInfo(stage("album/empty")).isDir());
+    EXPECT_EQ(QFileInfo(stage("album/link.jpg")).symLinkTarget(), stage("album/sub/b.jpg"));
+    EXPECT_EQ(stagedEntries(), QStringList{QStringLiteral("album")});
 }
 
 // Threads staging image.png at once each get a name of their own and a complete file of their
@@ -210,10 +197,9 @@ TEST_F(Staging, ThreadsStagingImagePngAtOnceGetDistinctCompleteFiles) {
     for (int t = 0; t < kThreads; ++t) {
         ASSERT_EQ(fromThreads[t].size(), kPerThread);
         for (int i = 0; i < kPerThread; ++i) {
-            const QString& path = fromThreads[t][i];
-            EXPECT_EQ(QFileInfo(path).path(), stage());
-            EXPECT_TRUE(readFile(path) == buffer(t, i)) << path.toStdString();
-            paths.insert(path);
+            EXPECT_EQ(QFileInfo(fromThreads[t][i]).path() + u'/', stage());
+            EXPECT_TRUE(readFile(fromThreads[t][i]) == buffer(t, i)) << t << ' ' << i;
+            paths.insert(fromThreads[t][i]);
         }
     }
     EXPECT_EQ(paths.size(), kThreads * kPerThread) << "two writers got one name";
