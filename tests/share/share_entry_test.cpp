@@ -2,8 +2,17 @@
 //
 // SPDX-License-Identifier: MIT
 
+// The program's entry: its command line, its translations and its window.
 #include "TestSupport.h"
+#include "platform/LocalizedString.h"
 #include "share/CommandLine.h"
+#include "share/ShareSession.h"
+#include "share/Translations.h"
+
+#include <QApplication>
+#include <QLocale>
+#include <QTextStream>
+#include <QTimer>
 
 using namespace velmora;
 
@@ -75,6 +84,85 @@ TEST(CommandLineParse, ItemsOptionsAndUsageErrors) {
         else
             EXPECT_EQ(got, row.expected);
     }
+}
+
+// The test main runs in C.UTF-8; each test leaves the default locale and the installed
+// translation as it found them.
+class TranslationLoading : public ::testing::Test {
+protected:
+    void TearDown() override {
+        QLocale::setDefault(m_locale);
+        installTranslationsFor({});
+    }
+
+private:
+    QLocale m_locale;
+};
+
+TEST_F(TranslationLoading, TakesTheFirstLanguageThatHasATranslation) {
+    struct Row {
+        const char* name;
+        QStringList languages;
+        const char* send;
+    };
+    const Row rows[] = {
+        {"language-and-region", {QStringLiteral("it-IT")}, "Invia"},
+        {"region-without-its-own-file", {QStringLiteral("it-CH")}, "Invia"},
+        {"underscore-form", {QStringLiteral("it_IT")}, "Invia"},
+        {"untranslated-ones-skipped",
+         {QStringLiteral("fr-FR"), QStringLiteral("de"), QStringLiteral("it")},
+         "Invia"},
+        {"english-first", {QStringLiteral("en-GB"), QStringLiteral("it-IT")}, "Send"},
+        {"no-translation", {QStringLiteral("fr-FR")}, "Send"},
+        {"c-locale", {QStringLiteral("C")}, "Send"},
+        {"none", {}, "Send"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        // Italian first, so that rows staying English show that it was taken out again.
+        ASSERT_TRUE(installTranslationsFor({QStringLiteral("it")}));
+        const bool translated = QByteArray(row.send) != "Send";
+        EXPECT_EQ(installTranslationsFor(row.languages), translated);
+        EXPECT_EQ(LocalizedString("Send"), QString::fromUtf8(row.send));
+    }
+
+    // Without a list, the languages of the default locale.
+    QLocale::setDefault(QLocale(QStringLiteral("it_IT")));
+    installTranslations();
+    EXPECT_EQ(LocalizedString("Your message has an empty subject."),
+              QStringLiteral("Il messaggio non ha un oggetto."));
+    // A key without a translation comes back as itself.
+    EXPECT_EQ(LocalizedString("Not in any catalogue"), QStringLiteral("Not in any catalogue"));
+}
+
+TEST(ShareView, ClosingTheWindowCancelsTheRequest) {
+    const velmora::test::TempContainer container;
+    QString printed;
+    QTextStream out(&printed);
+    QTextStream err(&printed);
+    ShareSession session(ShareOptions{}, {}, out, err);
+    QString title;
+    QSize size;
+    // Once the window is up, close it as a window manager would.
+    QTimer::singleShot(200, [&] {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (auto* window = qobject_cast<ShareWindow*>(top); window && window->isVisible()) {
+                title = window->windowTitle();
+                size = window->size();
+                window->close();
+            }
+        }
+    });
+    // Should closing not end the request, this ends the wait and the test fails below.
+    QTimer::singleShot(15000, [] { QApplication::quit(); });
+    EXPECT_EQ(session.exec(), ShareSession::Cancelled);
+    ASSERT_TRUE(session.outcome());
+    ASSERT_TRUE(session.outcome()->error);
+    EXPECT_EQ(session.outcome()->error->domain, QStringLiteral("NSCocoaErrorDomain"));
+    EXPECT_EQ(session.outcome()->error->code, 3072);
+    EXPECT_EQ(title, QStringLiteral("Share with Velmora"));
+    EXPECT_EQ(size, QSize(600, 400));
+    EXPECT_TRUE(printed.isEmpty()) << printed.toStdString();
 }
 
 } // namespace
