@@ -14,8 +14,7 @@ using velmora::test::ScopedEnv;
 
 namespace {
 
-// Desktop entries of every build of the main application on a desktop of its own, each running
-// a recorder.
+// Every build of the main application as a recorder on a desktop of its own.
 class HostCommands : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -26,8 +26,7 @@ using namespace velmora::test;
 
 namespace {
 
-// Answers from a thread of its own once `before` has returned; answered() is ready once its
-// completion has. The thread keeps what it needs, as the provider may be gone by then.
+// Answers from a thread of its own (which outlives the provider) once `before` has returned.
 class ScriptedProvider final : public ItemProvider {
 public:
     ScriptedProvider(
@@ -179,10 +178,7 @@ TEST_F(Intake, FailedItemsAreLoggedAndLeftOut) {
         EXPECT_EQ(log.linesStartingWith(prefix + QLatin1String(line)).size(), 1) << line;
 }
 
-// Files, folders, links, images and image data from providers answering in scrambled order,
-// some from threads of their own and most on the default queue, all arrive with no link torn, while
-// every thread of the global background queue is held until the intake has ended: neither its wait
-// nor the providers may need one.
+// Items answering in scrambled order all arrive, no link torn, while the background queue is held.
 TEST_F(Intake, ManyProvidersAnsweringInScrambledOrderOnFewThreadsAllArrive) {
     std::promise<void> release;
     const std::shared_future<void> released = release.get_future().share();

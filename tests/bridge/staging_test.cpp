@@ -175,8 +175,7 @@ TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
     EXPECT_EQ(stagedEntries(), QStringList{QStringLiteral("album")});
 }
 
-// Threads staging image.png at once each get a name of their own and a complete file of their
-// own, in this share's folder: a file written by two writers at once, or cut short, shows.
+// Threads staging image.png at once each get a name and a complete file of their own.
 TEST_F(Staging, ThreadsStagingImagePngAtOnceGetDistinctCompleteFiles) {
     constexpr int kThreads = 8;
     constexpr int kPerThread = 10;
@@ -207,8 +206,7 @@ TEST_F(Staging, ThreadsStagingImagePngAtOnceGetDistinctCompleteFiles) {
     EXPECT_EQ(stagedEntries().size(), kThreads * kPerThread) << "temporary files left behind";
 }
 
-// Without a container there are no paths, and without the lock nothing is staged: every
-// operation, every request of a batch too, logs its own line.
+// Without a container nothing is staged, and every operation and request logs its own line.
 TEST(StagingWithoutContainer, EveryOperationLogsItsCoordinationLine) {
     QTemporaryDir dir;
     writeFile(dir.filePath(QStringLiteral("file")), "x");

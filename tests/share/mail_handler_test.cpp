@@ -2,9 +2,8 @@
 //
 // SPDX-License-Identifier: MIT
 
-// velmora-share as the desktop's mail handler: the installed desktop entry in a desktop of its
-// own, reached through xdg-email, gio open and the Email portal. What the entry claims is checked
-// on the installed files.
+// The installed desktop entry as the mail handler, reached through xdg-email, gio open and the
+// portal.
 #include "Process.h"
 #include "RecordingDesktop.h"
 #include "TestSupport.h"
@@ -103,9 +102,8 @@ TEST_F(MailHandler, XdgEmailAndGioOpenReachTheComposer) {
               (QStringList{"to=ann@example.org;", "subject=From gio"}));
 }
 
-// Starts a display, the GTK portal backend and the portal on the session bus that
-// dbus-run-session made, then runs the caller; exits with its status, or 77 when a piece of
-// the desktop cannot start here (its log is printed).
+// Display, portal backend and portal on dbus-run-session's bus, then the caller; 77: cannot run
+// here.
 constexpr char kPortalSession[] = R"sh(
 dir=$1; shift
 export XDG_CURRENT_DESKTOP=GNOME XDG_DATA_DIRS=/usr/local/share:/usr/share GDK_BACKEND=x11

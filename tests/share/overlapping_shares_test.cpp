@@ -95,8 +95,7 @@ protected:
 
 using OverlappingRounds = OverlappingShares;
 
-// Three shares started together into one container, round after round: each URL names the two
-// same.bin files its own share was given, and they keep their content while later rounds run.
+// Three shares at once, round after round: each URL names its own share's same.bin files, kept.
 TEST_F(OverlappingRounds, SameNamedFilesNeverCross) {
     QHash<QString, QByteArray> sent; // every path sent, with the content it was sent with
     for (int round = 0; round < kRounds && !HasFailure(); ++round) {
@@ -118,8 +117,8 @@ TEST_F(OverlappingRounds, SameNamedFilesNeverCross) {
         EXPECT_EQ(readFile(it.key()), it.value()) << it.key().toStdString();
 }
 
-// Holds a folder open: locked as the main application locks a share's folder while it reads
-// the files, or made impossible to empty, even by root, for as long as it lives.
+// Holds a folder: locked as the main application locks it, or made impossible to empty, even by
+// root.
 class HeldFolder {
 public:
     HeldFolder(const QString& folder, bool undeletable)
@@ -152,10 +151,8 @@ private:
     const bool m_held;
 };
 
-// What a share leaves in the staging folder stays for the main application as long as it may
-// read it, and goes afterwards: a composer window left open keeps its file while another share
-// runs, and finished shares stay for the grace period or while held. Removal never follows a
-// link out of the folder.
+// Staged files stay while a window is open, while held or young, and go afterwards, never
+// following a link out of the folder.
 TEST_F(OverlappingShares, SharesStayWhileOpenHeldOrYoungAndGoAfterwards) {
     QList<QByteArray> firstGiven;
     // Not headless: the composer waits for the user (on the offscreen platform the tests use).

@@ -21,8 +21,7 @@ namespace {
 
 const QString kMainApplication = QStringLiteral("it.zemlo.velmora");
 
-// The real velmora-share on a container of its own, whose main application is a recorder on a
-// desktop of its own.
+// The real velmora-share on a container and a recording desktop of its own.
 class ShareBinary : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -99,9 +98,7 @@ TEST_F(ShareBinary, UsageErrorsTouchNothingAndSpeakTheUsersLanguage) {
     EXPECT_TRUE(desktop.takeRecord(kMainApplication, 1000).isEmpty());
 }
 
-// Options, links, standard input and mailto: URIs of headless runs become the one URL printed.
-// Contacts are matched on the exact mail only, and the groups file offers no group, so "Team" is
-// typed text like any other; an alias sends for its account.
+// Headless runs print the one URL; contacts match on the exact mail only and "Team" is no group.
 TEST_F(ShareBinary, HeadlessRunsPrintTheMessageSent) {
     // Large enough that its thumbnail is still being made when the screenshot is due.
     const QImage picture = velmora::test::twoColourImage(600, 400);
@@ -111,8 +108,7 @@ TEST_F(ShareBinary, HeadlessRunsPrintTheMessageSent) {
     // The composer's picture, also kept for whoever wants to look at it.
     const QString shot = QStringLiteral(VELMORA_SCREENSHOT_DIR "/composer.png");
     QFile::remove(shot);
-    // A path written into a mailto: URI as a program would: every byte outside the unreserved
-    // set escaped, so that spaces and non-ASCII letters travel as %XX.
+    // A path in a mailto: URI as a program writes it: spaces and non-ASCII letters as %XX.
     const auto escaped = [](const QString& text) {
         return QString::fromLatin1(QUrl::toPercentEncoding(text, "/"));
     };

@@ -86,8 +86,7 @@ TEST(CommandLineParse, ItemsOptionsAndUsageErrors) {
     }
 }
 
-// The test main runs in C.UTF-8; each test leaves the default locale and the installed
-// translation as it found them.
+// Each test leaves the default locale and the installed translation as it found them.
 class TranslationLoading : public ::testing::Test {
 protected:
     void TearDown() override {
