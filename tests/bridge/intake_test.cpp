@@ -131,6 +131,14 @@ protected:
     const std::thread::id testThread = std::this_thread::get_id();
 };
 
+TEST_F(Intake, NothingSharedIsDeliveredEmptyAfterOneWait) {
+    const auto message = run({}, true);
+    EXPECT_EQ(sleeps, 1);
+    EXPECT_EQ(message->htmlBody(), QStringLiteral(""));
+    EXPECT_FALSE(message->htmlBody().isNull());
+    EXPECT_TRUE(message->subject().isNull() && message->attachments()->isEmpty());
+}
+
 TEST_F(Intake, AProviderThatNeverAnswersRunsTheWaitOutAndLateAnswersStillCount) {
     std::promise<void> release;
     const auto late = std::make_shared<ScriptedProvider>(
@@ -190,6 +198,9 @@ TEST_F(Intake, ManyProvidersAnsweringInScrambledOrderOnFewThreadsAllArrive) {
     QSet<QString> files;
     QStringList anchors;
     const auto randomDelay = [] { return delay(QRandomGenerator::global()->bounded(40)); };
+    const auto scripted = [&](const QString& type, const QVariant& item) {
+        return std::make_shared<ScriptedProvider>(type, item, std::nullopt, randomDelay());
+    };
     for (int i = 0; i < 60; ++i) {
         const QString name = QStringLiteral("f%1.txt").arg(i);
         writeFile(sources.filePath(name), QByteArray::number(i));
@@ -197,14 +208,10 @@ TEST_F(Intake, ManyProvidersAnsweringInScrambledOrderOnFewThreadsAllArrive) {
         // The last link to answer gives the subject: every item has a title.
         const QString title = QStringLiteral("Title %1").arg(i);
         if (i < 8) {
-            items << item(
-                {std::make_shared<ScriptedProvider>(kUTTypeURL,
-                                                    QUrl::fromLocalFile(sources.filePath(name)),
-                                                    std::nullopt, randomDelay()),
-                 link(web.toString(), randomDelay()),
-                 std::make_shared<ScriptedProvider>(kUTTypeImage, QVariant(twoColourImage(8, 8)),
-                                                    std::nullopt, randomDelay())},
-                title);
+            items << item({scripted(kUTTypeURL, QUrl::fromLocalFile(sources.filePath(name))),
+                           link(web.toString(), randomDelay()),
+                           scripted(kUTTypeImage, twoColourImage(8, 8))},
+                          title);
         } else {
             items << item({ItemProviders::file(sources.filePath(name)), ItemProviders::link(web)},
                           title);
