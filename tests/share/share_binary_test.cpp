@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QSet>
 #include <QUrl>
 #include <QUrlQuery>
 
