@@ -3,7 +3,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "TestSupport.h"
+#include "bridge/AttachmentSafety.h"
 #include "bridge/ExtensionUtilities.h"
+#include "bridge/FileNaming.h"
 #include "bridge/ShareFolder.h"
 #include "platform/FileCoordinator.h"
 #include "platform/Log.h"
@@ -70,14 +72,12 @@ protected:
     }
 
     // This share's own folder in the staging folder.
-    QString stage() const {
-        const auto folder = ShareFolder::current(kService);
-        return folder ? folder->path() : QString();
+    QString stage(const char* name = "") const {
+        return ShareFolder::current(kService)->path() + u'/' + QLatin1String(name);
     }
     QString source(const QString& relative, const QByteArray& bytes) const {
-        const QString path = sources.filePath(relative);
-        writeFile(path, bytes);
-        return path;
+        writeFile(sources.filePath(relative), bytes);
+        return sources.filePath(relative);
     }
     // Every entry of the staging folder, hidden ones included, so leftovers show.
     QStringList stagedEntries() const {
@@ -90,50 +90,41 @@ protected:
     LogCapture log;
 };
 
-TEST(StagingInit, FirstRunReportsTheMissingFolderTwiceAndCreatesIt) {
-    const velmora::test::TempContainer container;
-    LogCapture log;
-    ExtensionUtilities::ShareInit(kService);
-    const QStringList lines = log.lines();
-    ASSERT_EQ(lines.size(), 2) << lines.join(u'\n').toStdString();
-    EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] shareInit delete "));
-    EXPECT_TRUE(lines[1].startsWith(u"[***ERROR***] shareInit create "));
-    // The creation step repeats the removal's error, as the slot is shared.
-    EXPECT_EQ(lines[0].mid(QStringLiteral("[***ERROR***] shareInit delete ").size()),
-              lines[1].mid(QStringLiteral("[***ERROR***] shareInit create ").size()));
-    const QString staging = container.dataFolder() + QStringLiteral("/ShareFull");
-    EXPECT_EQ(QDir(staging).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList{QFileInfo(ShareFolder::current(kService)->path()).fileName()});
-}
-
-TEST_F(Staging, ASecondShareStartsEmptyAndLeavesTheFirstSharesFilesWithoutALogLine) {
-    const QStringList first =
-        ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "a")});
-    const QString firstFolder = stage();
-    writeFile(stage() + QStringLiteral("/deep/inner.txt"), "x");
-    log.clear();
-    ExtensionUtilities::ShareInit(kService);
-    EXPECT_NE(stage(), firstFolder);
-    EXPECT_TRUE(stagedEntries().isEmpty());
-    // The main application may still be reading what the first share sent.
-    EXPECT_EQ(readFile(first.value(0)), "a");
-    EXPECT_EQ(readFile(firstFolder + QStringLiteral("/deep/inner.txt")), "x");
-    EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
-    // A same-named file of the second share gets its own path.
-    EXPECT_EQ(ExtensionUtilities::ShareFiles(kService, {source(QStringLiteral("a.txt"), "b")}),
-              QStringList{stage() + QStringLiteral("/a.txt")});
+// A numbered name goes before the extension, and no name leaves the folder.
+TEST(GetGoodPath, ChoosesTheFirstFreeNumberedName) {
+    const struct {
+        const char* given;
+        QStringList taken;
+        const char* expected;
+    } rows[] = {
+        {"photo.jpg", {"/stage/photo.jpg", "/stage/photo_1.jpg"}, "/stage/photo_2.jpg"},
+        {"README", {"/stage/README"}, "/stage/README_1"},
+        {"a.tar.gz", {"/stage/a.tar.gz"}, "/stage/a.tar_1.gz"},
+        {".profile", {"/stage/.profile"}, "/stage/.profile_1"},
+        {"notes.", {"/stage/notes."}, "/stage/notes._1"},
+        {"..", {}, "/stage/file"},
+        {"../../etc/passwd", {}, "/stage/.._.._etc_passwd"},
+        {"", {}, "/stage/file"},
+    };
+    for (const auto& row : rows) {
+        const QSet<QString> taken(row.taken.begin(), row.taken.end());
+        EXPECT_EQ(Zemlo_Fs::GetGoodPath(QString::fromUtf8(row.given), QStringLiteral("/stage"),
+                                        [&](const QString& p) { return taken.contains(p); }),
+                  QString::fromUtf8(row.expected))
+            << row.given;
+    }
 }
 
 // Several requests under one hold of the lock: each gets what it would get alone. Files keep
-// their names, content and mode, and same names get numbered ones, also across requests; a
-// source that cannot be read is logged and left out, harming none of the others, and nothing
-// half-made stays behind.
+// their names, content and mode, same names get numbered ones across requests (a dangling link
+// takes its name as much as a file), and an unreadable source is logged and left out.
 TEST_F(Staging, RequestsUnderOneHoldOfTheLockGetWhatEachGetsAlone) {
     const QString first = source(QStringLiteral("one/photo.jpg"), "first");
     const QString readme = source(QStringLiteral("README"), "readme");
     ::chmod(QFile::encodeName(readme).constData(), 0750);
     const QString fifo = sources.filePath(QStringLiteral("pipe"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(stage("nowhere"), stage("photo_1.jpg")));
 
     Requests requests;
     requests.add({first, source(QStringLiteral("two/photo.jpg"), "second"),
@@ -143,55 +134,48 @@ TEST_F(Staging, RequestsUnderOneHoldOfTheLockGetWhatEachGetsAlone) {
     requests.add({first}, {});
     ExtensionUtilities::ShareBatch(kService, requests.take(container.dataFolder()));
 
-    const auto at = [this](const char* name) { return stage() + u'/' + QLatin1String(name); };
     EXPECT_EQ(requests.staged,
-              (QList<QStringList>{{at("photo.jpg"), at("photo_1.jpg"), at("README")},
-                                  {at("image.png"), at("image_1.png"), at("image_2.png")},
-                                  {at("photo_2.jpg")}}));
+              (QList<QStringList>{{stage("photo.jpg"), stage("photo_2.jpg"), stage("README")},
+                                  {stage("image.png"), stage("image_1.png"), stage("image_2.png")},
+                                  {stage("photo_3.jpg")}}));
     QStringList contents;
     for (const char* name :
-         {"photo.jpg", "photo_1.jpg", "photo_2.jpg", "image.png", "image_1.png", "image_2.png"})
-        contents.append(QString::fromLatin1(readFile(at(name))));
+         {"photo.jpg", "photo_2.jpg", "photo_3.jpg", "image.png", "image_1.png", "image_2.png"})
+        contents.append(QString::fromLatin1(readFile(stage(name))));
     EXPECT_EQ(contents, (QStringList{"first", "second", "first", "one", "two", ""}));
-    struct stat st {};
-    ASSERT_EQ(::stat(QFile::encodeName(at("README")).constData(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0750u);
+    EXPECT_EQ(QFile::permissions(stage("README")) & 0x7777, QFile::permissions(readme) & 0x7777);
     // Every request, and the question that found none left, came while the lock was held.
     EXPECT_EQ(requests.lockFree, QList<bool>(4, false));
     EXPECT_TRUE(stagingLockIsFree(container.dataFolder()));
     const QStringList lines = log.lines();
     ASSERT_EQ(lines.size(), 2) << lines.join(u'\n').toStdString();
-    EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] Error writing file shareFiles "));
-    EXPECT_TRUE(lines[0].contains(QStringLiteral("vanished.txt")));
-    EXPECT_TRUE(lines[1].startsWith(u"[***ERROR***] Error writing file shareFiles "));
-    EXPECT_TRUE(lines[1].contains(QStringLiteral("pipe")));
-    EXPECT_EQ(stagedEntries(), (QStringList{"README", "image.png", "image_1.png", "image_2.png",
-                                            "photo.jpg", "photo_1.jpg", "photo_2.jpg"}));
+    for (int i : {0, 1})
+        EXPECT_TRUE(lines[i].startsWith(u"[***ERROR***] Error writing file shareFiles ") &&
+                    lines[i].contains(QLatin1String(i ? "pipe" : "vanished.txt")));
+    EXPECT_EQ(stagedEntries(),
+              (QStringList{"README", "image.png", "image_1.png", "image_2.png", "photo.jpg",
+                           "photo_1.jpg", "photo_2.jpg", "photo_3.jpg"}));
 }
 
 TEST_F(Staging, FolderIsCopiedWholeWithItsLinks) {
-    source(QStringLiteral("album/a.jpg"), "A");
-    source(QStringLiteral("album/sub/b.jpg"), "B");
-    source(QStringLiteral("album/sub/deeper/c.txt"), "C");
+    const char* names[] = {"a.jpg", "sub/b.jpg", "sub/deeper/c.txt"}; // each holding its name
+    for (const char* name : names)
+        source(QStringLiteral("album/") + QLatin1String(name), name);
     QDir(sources.path()).mkpath(QStringLiteral("album/empty"));
     ASSERT_TRUE(QFile::link(QStringLiteral("sub/b.jpg"),
                             sources.filePath(QStringLiteral("album/link.jpg"))));
-
     // The clean path names the copy: "album/sub/.." is "album".
     const QStringList staged = ExtensionUtilities::ShareFiles(
         kService, {sources.filePath(QStringLiteral("album/sub/.."))});
-    ASSERT_EQ(staged, QStringList{stage() + QStringLiteral("/album")});
-    EXPECT_EQ(readFile(staged[0] + QStringLiteral("/a.jpg")), "A");
-    EXPECT_EQ(readFile(staged[0] + QStringLiteral("/sub/b.jpg")), "B");
-    EXPECT_EQ(readFile(staged[0] + QStringLiteral("/sub/deeper/c.txt")), "C");
-    EXPECT_TRUE(QFileInfo(staged[0] + QStringLiteral("/empty")).isDir());
-    EXPECT_EQ(QFileInfo(staged[0] + QStringLiteral("/link.jpg")).symLinkTarget(),
-              staged[0] + QStringLiteral("/sub/b.jpg"));
-    EXPECT_EQ(stagedEntries(), (QStringList{QStringLiteral("album")}));
+    ASSERT_EQ(staged, QStringList{stage("album")});
+    for (const char* name : names)
+        EXPECT_EQ(readFile(stage("album/") + QLatin1String(name)), name);
+    EXPECT_TRUE(QFileInfo(stage("album/empty")).isDir());
+    EXPECT_EQ(QFileInfo(stage("album/link.jpg")).symLinkTarget(), stage("album/sub/b.jpg"));
+    EXPECT_EQ(stagedEntries(), QStringList{QStringLiteral("album")});
 }
 
-// Threads staging image.png at once each get a name of their own and a complete file of their
-// own, in this share's folder: a file written by two writers at once, or cut short, shows.
+// Threads staging image.png at once each get a name and a complete file of their own.
 TEST_F(Staging, ThreadsStagingImagePngAtOnceGetDistinctCompleteFiles) {
     constexpr int kThreads = 8;
     constexpr int kPerThread = 10;
@@ -213,18 +197,16 @@ TEST_F(Staging, ThreadsStagingImagePngAtOnceGetDistinctCompleteFiles) {
     for (int t = 0; t < kThreads; ++t) {
         ASSERT_EQ(fromThreads[t].size(), kPerThread);
         for (int i = 0; i < kPerThread; ++i) {
-            const QString& path = fromThreads[t][i];
-            EXPECT_EQ(QFileInfo(path).path(), stage());
-            EXPECT_TRUE(readFile(path) == buffer(t, i)) << path.toStdString();
-            paths.insert(path);
+            EXPECT_EQ(QFileInfo(fromThreads[t][i]).path() + u'/', stage());
+            EXPECT_TRUE(readFile(fromThreads[t][i]) == buffer(t, i)) << t << ' ' << i;
+            paths.insert(fromThreads[t][i]);
         }
     }
     EXPECT_EQ(paths.size(), kThreads * kPerThread) << "two writers got one name";
     EXPECT_EQ(stagedEntries().size(), kThreads * kPerThread) << "temporary files left behind";
 }
 
-// Without a container there are no paths, and without the lock nothing is staged: every
-// operation, every request of a batch too, logs its own line.
+// Without a container nothing is staged, and every operation and request logs its own line.
 TEST(StagingWithoutContainer, EveryOperationLogsItsCoordinationLine) {
     QTemporaryDir dir;
     writeFile(dir.filePath(QStringLiteral("file")), "x");
@@ -240,10 +222,56 @@ TEST(StagingWithoutContainer, EveryOperationLogsItsCoordinationLine) {
     ExtensionUtilities::ShareBatch(kService, requests.take(QString()));
     EXPECT_EQ(requests.staged, (QList<QStringList>{{}, {}}));
     const QStringList lines = log.lines();
-    ASSERT_EQ(lines.size(), 3) << lines.join(u'\n').toStdString();
-    EXPECT_TRUE(lines[0].startsWith(u"[***ERROR***] shareInit "));
-    EXPECT_TRUE(lines[1].startsWith(u"[***ERROR***] Error shareFiles "));
-    EXPECT_TRUE(lines[2].startsWith(u"[***ERROR***] Error shareDatas "));
+    const QStringList prefixes{"[***ERROR***] shareInit ", "[***ERROR***] Error shareFiles ",
+                               "[***ERROR***] Error shareDatas "};
+    ASSERT_EQ(lines.size(), prefixes.size()) << lines.join(u'\n').toStdString();
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        EXPECT_TRUE(lines[i].startsWith(prefixes[i])) << lines[i].toStdString();
+}
+
+// The attachment check on real files: what links resolve to decides, not what they are called.
+TEST(AttachmentSafety, OnlyPlainUserFilesPassAfterLinksAreResolved) {
+    QTemporaryDir dir;
+    const auto at = [&](const char* name) { return dir.filePath(QString::fromUtf8(name)); };
+    writeFile(at("docs/report.pdf"), "pdf");
+    writeFile(at(".gnupg/private.key"), "key");
+    writeFile(at("container/SharedData/ShareFull/staged.png"), "png");
+    QFile::link(at("docs/report.pdf"), at("docs/link-to-report"));
+    QFile::link(at(".gnupg/private.key"), at("docs/innocent.txt"));
+    QFile::link(at(".gnupg"), at("keys"));
+    QFile::link(at("docs/report.pdf"), at("docs/.hidden-link"));
+    QFile::link(QStringLiteral("/etc/hostname"), at("docs/hostname"));
+    QFile::link(at("container/SharedData"), at("docs/shared"));
+    QFile::link(at("docs/nowhere"), at("docs/dangling"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(at("docs/pipe")).constData(), 0600), 0);
+
+    const struct {
+        const char* name;
+        QString path;
+        QString accepted; // null: refused
+    } rows[] = {
+        {"file", at("docs/report.pdf"), at("docs/report.pdf")},
+        {"folder", at("docs"), at("docs")},
+        {"link-to-a-file", at("docs/link-to-report"), at("docs/report.pdf")},
+        {"link-to-a-hidden-file", at("docs/innocent.txt"), {}},
+        {"through-a-link-to-a-hidden-folder", at("keys/private.key"), {}},
+        {"hidden-link-to-a-plain-file", at("docs/.hidden-link"), {}},
+        {"dot-dot", at("docs/../docs/report.pdf"), {}},
+        {"link-into-etc", at("docs/hostname"), {}},
+        {"link-into-the-container", at("docs/shared/ShareFull/staged.png"), {}},
+        {"dangling-link", at("docs/dangling"), {}},
+        {"named-pipe", at("docs/pipe"), {}},
+        {"relative", QStringLiteral("docs/report.pdf"), {}},
+        {"proc", QStringLiteral("/proc/self/environ"), {}},
+        {"dev", QStringLiteral("/dev/null"), {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const AttachmentSafety::Verdict verdict =
+            AttachmentSafety::check(row.path, at("container"));
+        EXPECT_EQ(verdict.path, row.accepted) << verdict.reason.toStdString();
+        EXPECT_EQ(verdict.accepted(), verdict.reason.isNull());
+    }
 }
 
 } // namespace

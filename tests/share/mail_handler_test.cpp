@@ -2,14 +2,12 @@
 //
 // SPDX-License-Identifier: MIT
 
-// velmora-share as the desktop's mail handler: the installed desktop entry in a desktop of its
-// own, reached through xdg-email, gio open and the Email portal. What the entry claims is checked
-// on the installed files.
+// The installed desktop entry as the mail handler, reached through xdg-email, gio open and the
+// portal.
 #include "Process.h"
 #include "RecordingDesktop.h"
 #include "TestSupport.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -21,13 +19,6 @@ using velmora::test::readFile;
 using velmora::test::writeFile;
 
 namespace {
-
-// A staged path as it would be without the share's own folder ("ShareFull/share-1-abc/x" gives
-// "ShareFull/x"); a path outside such a folder comes back as it is, and so fails a comparison.
-QString inStaging(const QString& path) {
-    static const QRegularExpression ownFolder(QStringLiteral("/ShareFull/share-[^/]+/"));
-    return QString(path).replace(ownFolder, QStringLiteral("/ShareFull/"));
-}
 
 constexpr auto kEntry = "it.zemlo.velmora.share";
 constexpr auto kMainApplication = "it.zemlo.velmora";
@@ -52,26 +43,30 @@ protected:
         const QByteArray program = QFile::encodeName(QStringLiteral(VELMORA_SHARE));
         entry.replace("TryExec=velmora-share", "TryExec=" + program);
         entry.replace("Exec=velmora-share", "Exec=" + program);
-        writeFile(applications() + QStringLiteral("/%1.desktop").arg(QLatin1String(kEntry)), entry);
-        const Ran updated = runTool(QStringLiteral("update-desktop-database"), {applications()});
+        const QString applications = desktop.dataHome() + QStringLiteral("/applications");
+        writeFile(applications + QStringLiteral("/%1.desktop").arg(QLatin1String(kEntry)), entry);
+        const Ran updated = runTool(QStringLiteral("update-desktop-database"), {applications});
         ASSERT_EQ(updated.exitCode, 0) << updated.out.toStdString();
-    }
-
-    QString applications() const { return desktop.dataHome() + QStringLiteral("/applications"); }
-    // Makes velmora-share the chosen mail handler, as xdg-mime default would.
-    void chooseAsMailHandler() {
+        // velmora-share as the chosen mail handler, as xdg-mime default would make it.
         writeFile(
             config.filePath(QStringLiteral("mimeapps.list")),
             "[Default Applications]\nx-scheme-handler/mailto=it.zemlo.velmora.share.desktop\n");
     }
-    QUrlQuery received() {
+
+    // key=value of the one URL the main application received; a staged path without the
+    // share's own folder and the data folder ("D/ShareFull/share-1-abc/x" gives "D/ShareFull/x").
+    QStringList received(const QStringList& keys) {
         const QStringList urls = desktop.takeArguments(QString::fromLatin1(kMainApplication));
         EXPECT_EQ(urls.size(), 1) << urls.join(u'\n').toStdString();
-        return urls.isEmpty() ? QUrlQuery()
-                              : QUrlQuery(QUrl(urls.first()).query(QUrl::FullyEncoded));
-    }
-    static QString value(const QUrlQuery& q, const char* key) {
-        return q.queryItemValue(QString::fromLatin1(key), QUrl::FullyDecoded);
+        const QUrlQuery q(QUrl(urls.value(0)).query(QUrl::FullyEncoded));
+        static const QRegularExpression ownFolder(QStringLiteral("/ShareFull/share-[^/]+/"));
+        QStringList values;
+        for (const QString& key : keys)
+            values << key + u'=' +
+                          q.queryItemValue(key, QUrl::FullyDecoded)
+                              .replace(ownFolder, QStringLiteral("/ShareFull/"))
+                              .replace(container.dataFolder(), QStringLiteral("D"));
+        return values;
     }
 
     velmora::test::RecordingDesktop desktop;
@@ -89,58 +84,41 @@ protected:
 };
 
 TEST_F(MailHandler, XdgEmailAndGioOpenReachTheComposer) {
-    chooseAsMailHandler();
     const QString report = files.filePath(QStringLiteral("quarterly report.pdf"));
     writeFile(report, "%PDF-1.4");
-    const QString staging = container.dataFolder() + QStringLiteral("/ShareFull");
-
     const Ran email = runTool(QStringLiteral("xdg-email"),
-                              {QStringLiteral("--attach"), report, QStringLiteral("--subject"),
-                               QStringLiteral("Hi + hello"), QStringLiteral("--cc"),
-                               QStringLiteral("carol@example.org"), QStringLiteral("--body"),
-                               QStringLiteral("Two\nlines"), QStringLiteral("bob@example.org")});
+                              {"--attach", report, "--subject", "Hi + hello", "--cc",
+                               "carol@example.org", "--body", "Two\nlines", "bob@example.org"});
     ASSERT_EQ(email.exitCode, 0) << email.out.toStdString();
-    QUrlQuery q = received();
-    EXPECT_EQ(value(q, "to"), QStringLiteral("bob@example.org;"));
-    EXPECT_EQ(value(q, "cc"), QStringLiteral("carol@example.org;"));
-    EXPECT_EQ(value(q, "subject"), QStringLiteral("Hi + hello"));
-    EXPECT_EQ(value(q, "plainBody"), QStringLiteral("Two\nlines"));
-    EXPECT_EQ(inStaging(value(q, "attachment_0")),
-              staging + QStringLiteral("/quarterly report.pdf"));
+    EXPECT_EQ(
+        received({"to", "cc", "subject", "plainBody", "attachment_0"}),
+        (QStringList{"to=bob@example.org;", "cc=carol@example.org;", "subject=Hi + hello",
+                     "plainBody=Two\nlines", "attachment_0=D/ShareFull/quarterly report.pdf"}));
 
-    const Ran open = runTool(
-        QStringLiteral("gio"),
-        {QStringLiteral("open"), QStringLiteral("mailto:ann@example.org?subject=From%20gio")});
+    const Ran open =
+        runTool(QStringLiteral("gio"), {"open", "mailto:ann@example.org?subject=From%20gio"});
     ASSERT_EQ(open.exitCode, 0) << open.out.toStdString();
-    q = received();
-    EXPECT_EQ(value(q, "to"), QStringLiteral("ann@example.org;"));
-    EXPECT_EQ(value(q, "subject"), QStringLiteral("From gio"));
+    EXPECT_EQ(received({"to", "subject"}),
+              (QStringList{"to=ann@example.org;", "subject=From gio"}));
 }
 
-// Starts a display, the GTK portal backend and the portal on the session bus that
-// dbus-run-session made, then has the caller ask for a mail; exits with the caller's status, or
-// 77 when a piece of the desktop cannot start here (its log is printed).
+// Display, portal backend and portal on dbus-run-session's bus, then the caller; 77: cannot run
+// here.
 constexpr char kPortalSession[] = R"sh(
 dir=$1; shift
 export XDG_CURRENT_DESKTOP=GNOME XDG_DATA_DIRS=/usr/local/share:/usr/share GDK_BACKEND=x11
-give_up() { echo "$1"; cat "$2" 2>/dev/null; kill $pids 2>/dev/null; exit 77; }
-Xvfb -displayfd 3 -nolisten tcp 3>"$dir/display" 2>"$dir/xvfb.log" &
+give_up() { echo "$1 did not start:"; cat "$dir/$1.log"; kill $pids; exit 77; }
+Xvfb -displayfd 3 -nolisten tcp 3>"$dir/display" 2>"$dir/Xvfb.log" &
 pids=$!
-tries=0
-while [ ! -s "$dir/display" ] && [ $tries -lt 200 ]; do sleep 0.1; tries=$((tries + 1)); done
-[ -s "$dir/display" ] || give_up "Xvfb did not start:" "$dir/xvfb.log"
+for i in $(seq 200); do [ -s "$dir/display" ] && break; sleep 0.1; done
+[ -s "$dir/display" ] || give_up Xvfb
 export DISPLAY=":$(cat "$dir/display")"
-/usr/libexec/xdg-desktop-portal-gtk >"$dir/gtk.log" 2>&1 &
-pids="$pids $!"
-gdbus wait --session --timeout 30 org.freedesktop.impl.portal.desktop.gtk ||
-    give_up "xdg-desktop-portal-gtk did not start:" "$dir/gtk.log"
-/usr/libexec/xdg-desktop-portal >"$dir/portal.log" 2>&1 &
-pids="$pids $!"
-gdbus wait --session --timeout 30 org.freedesktop.portal.Desktop ||
-    give_up "xdg-desktop-portal did not start:" "$dir/portal.log"
-# The caller stands in for another application: what ThreadSanitizer reports inside its
-# uninstrumented QtDBus thread is not this program's. velmora-share, started by the backend,
-# keeps the sanitizer options it inherited.
+/usr/libexec/xdg-desktop-portal-gtk >"$dir/gtk.log" 2>&1 & pids="$pids $!"
+gdbus wait --session --timeout 30 org.freedesktop.impl.portal.desktop.gtk || give_up gtk
+/usr/libexec/xdg-desktop-portal >"$dir/portal.log" 2>&1 & pids="$pids $!"
+gdbus wait --session --timeout 30 org.freedesktop.portal.Desktop || give_up portal
+# What ThreadSanitizer reports inside the stand-in application's uninstrumented QtDBus thread
+# is not this program's; velmora-share, started by the backend, keeps the options it inherited.
 TSAN_OPTIONS="${TSAN_OPTIONS:-}:report_bugs=0" "$@"
 status=$?
 kill $pids 2>/dev/null
@@ -155,24 +133,18 @@ TEST_F(MailHandler, TheEmailPortalReachesTheComposer) {
             GTEST_SKIP() << piece << " is not installed (packages dbus, xvfb, xdg-desktop-portal, "
                          << "xdg-desktop-portal-gtk); the route is tested through xdg-email";
     }
-    chooseAsMailHandler();
     const QString report = files.filePath(QStringLiteral("portal report.pdf"));
     writeFile(report, "%PDF-1.4");
     QTemporaryDir session;
-    const Ran ran =
-        runTool(QStringLiteral("dbus-run-session"),
-                {QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"),
-                 QString::fromLatin1(kPortalSession), QStringLiteral("sh"), session.path(),
-                 QStringLiteral(VELMORA_PORTAL_CALL), QStringLiteral("dora@example.org"),
-                 QStringLiteral("From a sandbox"), report});
+    const Ran ran = runTool(QStringLiteral("dbus-run-session"),
+                            {"--", "sh", "-c", kPortalSession, "sh", session.path(),
+                             VELMORA_PORTAL_CALL, "dora@example.org", "From a sandbox", report});
     if (ran.exitCode == 77)
         GTEST_SKIP() << "the portal cannot run here: " << ran.out.toStdString();
     ASSERT_EQ(ran.exitCode, 0) << ran.out.toStdString();
-    const QUrlQuery q = received();
-    EXPECT_EQ(value(q, "to"), QStringLiteral("dora@example.org;"));
-    EXPECT_EQ(value(q, "subject"), QStringLiteral("From a sandbox"));
-    EXPECT_EQ(inStaging(value(q, "attachment_0")),
-              container.dataFolder() + QStringLiteral("/ShareFull/portal report.pdf"));
+    EXPECT_EQ(received({"to", "subject", "attachment_0"}),
+              (QStringList{"to=dora@example.org;", "subject=From a sandbox",
+                           "attachment_0=D/ShareFull/portal report.pdf"}));
 }
 
 } // namespace

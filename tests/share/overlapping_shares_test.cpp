@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: MIT
 
+// Several real binaries at once into one container.
 #include "Process.h"
 #include "TestSupport.h"
 
@@ -11,7 +12,6 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QRandomGenerator>
-#include <QUrl>
 #include <QUrlQuery>
 
 #include <fcntl.h>
@@ -23,6 +23,7 @@
 #include <unistd.h>
 #include <vector>
 
+using velmora::test::Process;
 using velmora::test::readFile;
 using velmora::test::writeFile;
 
@@ -34,19 +35,6 @@ constexpr int kRounds = VELMORA_OVERLAP_ROUNDS;
 #else
 constexpr int kRounds = 50;
 #endif
-
-// A run of the real velmora-share, its output going to files of its own.
-std::unique_ptr<velmora::test::Process> startShare(const QStringList& args) {
-    return std::make_unique<velmora::test::Process>(QStringLiteral(VELMORA_SHARE), args);
-}
-
-// The attachment paths of the one URL printed by --print-url.
-QStringList printedAttachments(const QString& out) {
-    const QStringList lines = out.split(u'\n', Qt::SkipEmptyParts);
-    EXPECT_EQ(lines.size(), 1) << out.toStdString();
-    return velmora::test::attachmentPaths(
-        QUrlQuery(QUrl(lines.value(0), QUrl::StrictMode).query(QUrl::FullyEncoded)));
-}
 
 // Sets an entry's modification time (a link's own, not its target's) minutes into the past.
 void ageBy(const QString& path, int minutes) {
@@ -60,81 +48,65 @@ void ageBy(const QString& path, int minutes) {
 class OverlappingShares : public ::testing::Test {
 protected:
     QString staging() const { return container.dataFolder() + QStringLiteral("/ShareFull"); }
-    // Files named same.bin in folders of their own, each with content of its own.
-    QStringList sameNamedFiles(const QByteArray& tag, int count, QList<QByteArray>* contents) {
-        QStringList paths;
+    // A run of the real velmora-share with count files named same.bin in folders of their own,
+    // each with content of its own (appended to given); headless, it prints its URL.
+    std::unique_ptr<Process> startShare(const QByteArray& tag, int count, QList<QByteArray>* given,
+                                        bool headless = true) {
+        QStringList args;
+        if (headless)
+            args << QStringLiteral("--headless") << QStringLiteral("--print-url");
         for (int i = 0; i < count; ++i) {
             QByteArray content = tag + '-' + QByteArray::number(i) + ':';
             for (int word = 0; word < 64; ++word)
                 content += QByteArray::number(QRandomGenerator::global()->generate64(), 36);
-            const QString path = files.filePath(QString::fromLatin1(tag) + u'-' +
-                                                QString::number(i) + QStringLiteral("/same.bin"));
-            writeFile(path, content);
-            paths.append(path);
-            contents->append(content);
+            args << files.filePath(QString::fromLatin1(tag) +
+                                   QStringLiteral("-%1/same.bin").arg(i));
+            writeFile(args.last(), content);
+            given->append(content);
         }
-        return paths;
+        return std::make_unique<Process>(QStringLiteral(VELMORA_SHARE), args);
     }
-    // Checks that the staged paths lie in one folder of the share's own, directly in the
-    // staging folder, and hold exactly the given contents.
-    void expectOwnFiles(const QStringList& staged, pid_t pid, const QList<QByteArray>& given) {
-        ASSERT_EQ(staged.size(), given.size());
+    // Waits for a headless share and checks that its one URL names files in one folder of its
+    // own, directly in the staging folder, holding exactly the given contents.
+    QStringList expectOwnFiles(Process& run, QList<QByteArray> given) {
+        EXPECT_TRUE(run.finish(kRunTimeoutMs)) << "a share did not end";
+        EXPECT_EQ(run.exitCode(), 0) << run.err().toStdString();
+        const QStringList lines = run.out().split(u'\n', Qt::SkipEmptyParts);
+        EXPECT_EQ(lines.size(), 1) << run.out().toStdString();
+        const QStringList staged = velmora::test::attachmentPaths(
+            QUrlQuery(QUrl(lines.value(0), QUrl::StrictMode).query(QUrl::FullyEncoded)));
         QList<QByteArray> found;
         for (const QString& path : staged) {
             const QFileInfo folder(QFileInfo(path).path());
             EXPECT_EQ(folder.path(), staging());
-            EXPECT_TRUE(folder.fileName().startsWith(QStringLiteral("share-%1-").arg(pid)))
+            EXPECT_TRUE(folder.fileName().startsWith(QStringLiteral("share-%1-").arg(run.pid())))
                 << path.toStdString();
-            EXPECT_EQ(QFileInfo(path).fileName().left(4), QStringLiteral("same"));
             found.append(readFile(path));
         }
-        QList<QByteArray> expected = given;
         std::sort(found.begin(), found.end());
-        std::sort(expected.begin(), expected.end());
-        EXPECT_EQ(found, expected) << "a URL names a file that another share staged";
-    }
-    // One headless share of a same-named file on its own, whose URL names only its own file;
-    // err, when given, receives what it wrote on standard error.
-    void shareOneFile(const QByteArray& tag, QString* err = nullptr) {
-        QList<QByteArray> given;
-        const auto share =
-            startShare(QStringList{QStringLiteral("--headless"), QStringLiteral("--print-url")} +
-                       sameNamedFiles(tag, 1, &given));
-        ASSERT_TRUE(share->finish(kRunTimeoutMs));
-        ASSERT_EQ(share->exitCode(), 0) << share->err().toStdString();
-        expectOwnFiles(printedAttachments(share->out()), share->pid(), given);
-        if (err)
-            *err = share->err();
+        std::sort(given.begin(), given.end());
+        EXPECT_EQ(found, given) << "a URL names a file that another share staged";
+        return staged;
     }
 
     velmora::test::TempContainer container;
     QTemporaryDir files;
 };
 
-class OverlappingRounds : public OverlappingShares, public ::testing::WithParamInterface<int> {};
+using OverlappingRounds = OverlappingShares;
 
-// Shares started together into one container, round after round: each URL names the two
-// same.bin files its own share was given, and they keep their content while later rounds run.
-TEST_P(OverlappingRounds, SameNamedFilesNeverCross) {
-    const int processes = GetParam();
+// Three shares at once, round after round: each URL names its own share's same.bin files, kept.
+TEST_F(OverlappingRounds, SameNamedFilesNeverCross) {
     QHash<QString, QByteArray> sent; // every path sent, with the content it was sent with
     for (int round = 0; round < kRounds && !HasFailure(); ++round) {
         SCOPED_TRACE(round);
-        std::vector<QList<QByteArray>> given(processes);
-        std::vector<std::unique_ptr<velmora::test::Process>> runs;
-        for (int p = 0; p < processes; ++p) {
-            const QByteArray tag = 'r' + QByteArray::number(round) + 'p' + QByteArray::number(p);
-            runs.push_back(startShare(
-                QStringList{QStringLiteral("--headless"), QStringLiteral("--print-url")} +
-                sameNamedFiles(tag, 2, &given[p])));
-        }
-        for (int p = 0; p < processes; ++p) {
-            velmora::test::Process& run = *runs[p];
-            ASSERT_TRUE(run.finish(kRunTimeoutMs)) << "a share did not end";
-            ASSERT_EQ(run.exitCode(), 0) << run.err().toStdString();
-            const QStringList staged = printedAttachments(run.out());
-            expectOwnFiles(staged, run.pid(), given[p]);
-            for (const QString& path : staged) {
+        QList<QByteArray> given[3];
+        std::unique_ptr<Process> runs[3];
+        for (int p = 0; p < 3; ++p)
+            runs[p] = startShare('r' + QByteArray::number(round) + 'p' + QByteArray::number(p), 2,
+                                 &given[p]);
+        for (int p = 0; p < 3; ++p) {
+            for (const QString& path : expectOwnFiles(*runs[p], given[p])) {
                 EXPECT_FALSE(sent.contains(path)) << "two shares named " << path.toStdString();
                 sent.insert(path, readFile(path));
             }
@@ -145,67 +117,54 @@ TEST_P(OverlappingRounds, SameNamedFilesNeverCross) {
         EXPECT_EQ(readFile(it.key()), it.value()) << it.key().toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Processes, OverlappingRounds, ::testing::Values(2, 3));
-
-// Holds a folder open: locked as the main application locks a share's folder while it reads
-// the files, or made impossible to empty, even by root, for as long as it lives.
+// Holds a folder: locked as the main application locks it, or made impossible to empty, even by
+// root.
 class HeldFolder {
 public:
-    enum Hold { ReaderLock, Undeletable };
-    HeldFolder(const QString& folder, Hold hold)
+    HeldFolder(const QString& folder, bool undeletable)
         : m_fd(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-        , m_hold(hold) {
-        if (hold == ReaderLock)
-            m_held = m_fd >= 0 && ::flock(m_fd, LOCK_SH) == 0;
-        else
-            m_held = setImmutable(true);
-    }
+        , m_undeletable(undeletable)
+        , m_held(m_fd >= 0 && (undeletable ? setImmutable(true) : ::flock(m_fd, LOCK_SH) == 0)) {}
     ~HeldFolder() {
-        if (m_held && m_hold == Undeletable)
+        if (m_held && m_undeletable)
             setImmutable(false);
         if (m_fd >= 0)
             ::close(m_fd);
     }
     HeldFolder(const HeldFolder&) = delete;
     HeldFolder& operator=(const HeldFolder&) = delete;
-    // False where the system does not allow it.
-    bool held() const { return m_held; }
+    bool held() const { return m_held; } // false where the system does not allow it
 
 private:
     bool setImmutable(bool on) const {
         if (::geteuid() != 0)
             return ::fchmod(m_fd, on ? 0555 : 0755) == 0;
         int flags = 0;
-        if (m_fd < 0 || ::ioctl(m_fd, FS_IOC_GETFLAGS, &flags) != 0)
+        if (::ioctl(m_fd, FS_IOC_GETFLAGS, &flags) != 0)
             return false;
         flags = on ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
         return ::ioctl(m_fd, FS_IOC_SETFLAGS, &flags) == 0;
     }
 
-    int m_fd;
-    Hold m_hold;
-    bool m_held = false;
+    const int m_fd;
+    const bool m_undeletable;
+    const bool m_held;
 };
 
-// What a share leaves in the staging folder stays for the main application as long as it may
-// read it, and goes afterwards: a composer window left open keeps its file while another share
-// runs, and finished shares stay for the grace period or while held. Removal never follows a
-// link out of the folder.
+// Staged files stay while a window is open, while held or young, and go afterwards, never
+// following a link out of the folder.
 TEST_F(OverlappingShares, SharesStayWhileOpenHeldOrYoungAndGoAfterwards) {
     QList<QByteArray> firstGiven;
-    const QStringList firstFiles = sameNamedFiles("window", 1, &firstGiven);
     // Not headless: the composer waits for the user (on the offscreen platform the tests use).
-    const auto window = startShare(firstFiles);
-    ASSERT_GT(window->pid(), 0);
-
+    const auto window = startShare("window", 1, &firstGiven, false);
     QString firstStaged;
     const QDeadlineTimer deadline(kRunTimeoutMs);
     while (firstStaged.isEmpty() && !deadline.hasExpired() && window->running()) {
         const QStringList folders = QDir(staging()).entryList(
             {QStringLiteral("share-%1-*").arg(window->pid())}, QDir::Dirs | QDir::NoDotAndDotDot);
-        if (!folders.isEmpty() && readFile(staging() + u'/' + folders.first() +
-                                           QStringLiteral("/same.bin")) == firstGiven.first())
-            firstStaged = staging() + u'/' + folders.first() + QStringLiteral("/same.bin");
+        const QString path = staging() + u'/' + folders.value(0) + QStringLiteral("/same.bin");
+        if (!folders.isEmpty() && readFile(path) == firstGiven.first())
+            firstStaged = path;
         else
             ::usleep(20000); // polled against the deadline above
     }
@@ -255,18 +214,19 @@ TEST_F(OverlappingShares, SharesStayWhileOpenHeldOrYoungAndGoAfterwards) {
         }
         ageBy(path, row.minutesOld);
         if (row.kind == StuckFolder) {
-            held.push_back(std::make_unique<HeldFolder>(path + QStringLiteral("/inner"),
-                                                        HeldFolder::Undeletable));
+            held.push_back(std::make_unique<HeldFolder>(path + QStringLiteral("/inner"), true));
             stuckRow = held.back()->held();
         }
         if (row.heldByReader) {
-            held.push_back(std::make_unique<HeldFolder>(path, HeldFolder::ReaderLock));
+            held.push_back(std::make_unique<HeldFolder>(path, false));
             ASSERT_TRUE(held.back()->held());
         }
     }
 
-    QString err;
-    ASSERT_NO_FATAL_FAILURE(shareOneFile("next", &err));
+    QList<QByteArray> nextGiven;
+    const auto next = startShare("next", 1, &nextGiven);
+    expectOwnFiles(*next, nextGiven);
+    const QString err = next->err();
     EXPECT_TRUE(window->running()) << "the composer window was meant to be still open";
     EXPECT_EQ(readFile(firstStaged), firstGiven.first())
         << "the second share removed or replaced the open composer's file";
