@@ -5,7 +5,6 @@
 #include "ComposerWindow.h"
 #include "RecordingDesktop.h"
 #include "bridge/ExtensionUtilities.h"
-#include "composer/ExtensionAttachmentCollectionView.h"
 #include "composer/ExtensionCopyRecipientsView.h"
 #include "composer/HandOff.h"
 #include "composer/StagingStatusView.h"
@@ -73,11 +72,6 @@ TEST_F(Composer, LaysOutOneTopAnchoredColumnThatFollowsTheWindowsWidth) {
             y += 6 + column[i].second + 5;
         }
     }
-    // Separators are black at a tenth; the suggestion list lies above everything.
-    QImage line(composer->horizontalSeparator(2)->size(), QImage::Format_ARGB32);
-    line.fill(Qt::transparent);
-    composer->horizontalSeparator(2)->render(&line, {}, {}, QWidget::DrawChildren);
-    EXPECT_EQ(line.pixelColor(5, 0), QColor(0, 0, 0, 26));
     EXPECT_EQ(composer->view()->children().last(), composer->suggestionController()->view());
 }
 
@@ -103,8 +97,7 @@ TEST_F(Composer, FromMenuOffersEnabledAccountsWithTheirAliasesAllStandingForTheA
     composer->manageAddresses();
     QCoreApplication::processEvents();
 
-    // Sending from an alias sends from the account's own address; an empty subject goes out
-    // empty, not missing.
+    // An alias sends from its account's own address; an empty subject goes out empty, not missing.
     popUp->setCurrentIndex(2);
     QTest::mouseClick(composer->sendBtn(), Qt::LeftButton);
     EXPECT_EQ(composer->message()->account(), QStringLiteral("ada@x.test"));
@@ -145,16 +138,6 @@ TEST_F(Composer, UpdatePrefersThePlainBodyAndShowsTheMessagesOwnAttachmentList) 
     EXPECT_EQ(composer->contentTextView()->toPlainText(), QStringLiteral("plain text"));
     EXPECT_EQ(composer->message()->attachments().get(), shared->attachments().get());
 
-    // A second message with no subject or body keeps those shown and adds its attachments.
-    auto second = ExtensionMessage::init();
-    second->appendAttachment(QStringLiteral("/tmp/c.pdf"));
-    composer->update(second);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(composer->subjectField()->text(), QStringLiteral("Shared page"));
-    EXPECT_EQ(composer->contentTextView()->toPlainText(), QStringLiteral("plain text"));
-    EXPECT_EQ(composer->message()->attachments().get(), second->attachments().get());
-    EXPECT_EQ(composer->collectionView()->count(), 2);
-
     // A composer not shown yet builds its view to take the message in.
     ExtensionComposerController unshown(QRect(0, 0, 600, 400), context);
     unshown.update(shared);
@@ -192,8 +175,7 @@ TEST_F(Composer, UpdateWithOnlyHtmlShowsItFollowedByOnePlainSpaceAndLoadsNothing
         composer->message()->htmlBody().contains(QStringLiteral("href=\"https://example.test/\"")));
 }
 
-// Which keys send from the body and the subject, and what the others type; a composer per row,
-// as a send ends the request.
+// A composer per row, as a send ends the request.
 TEST_F(Composer, SendKeysInTheBodyAndTheSubject) {
     const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
     const struct {
@@ -209,7 +191,6 @@ TEST_F(Composer, SendKeysInTheBodyAndTheSubject) {
         {"command-return-sends", false, Qt::Key_Return, ctrl, false, true, ""},
         {"caps-lock-is-a-modifier-of-its-own", false, Qt::Key_Return, ctrl, true, false, ""},
         {"command-shift-return", false, Qt::Key_Return, ctrl | Qt::ShiftModifier, false, false, ""},
-        {"command-option-return", false, Qt::Key_Return, ctrl | Qt::AltModifier, false, false, ""},
         {"command-shift-d-with-anything-else-held", false, Qt::Key_D,
          ctrl | Qt::ShiftModifier | Qt::AltModifier, true, true, ""},
         {"return-in-the-subject-sends", true, Qt::Key_Return, {}, false, true, ""},
@@ -233,29 +214,9 @@ TEST_F(Composer, SendKeysInTheBodyAndTheSubject) {
         EXPECT_EQ(outcomes.size(), row.sends ? 1 : 0);
         EXPECT_EQ(composer->contentTextView()->toPlainText(), QString::fromLatin1(row.body));
     }
-
-    // Shift-Tab in the body goes back to the subject with its text selected.
-    composer->subjectField()->setText(QStringLiteral("Topic"));
-    composer->contentTextView()->setFocus();
-    QTest::keyClick(composer->contentTextView(), Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return composer->subjectField()->hasFocus(); }));
-    EXPECT_EQ(composer->subjectField()->selectedText(), QStringLiteral("Topic"));
 }
 
-// Cancel ends the request once, as cancelled by the user, and launches nothing; closing the
-// window afterwards does not end it again.
-TEST_F(Composer, CancelEndsTheRequestOnceAsCancelled) {
-    QTest::mouseClick(composer->cancelBtn(), Qt::LeftButton);
-    composer->windowWillClose();
-    ASSERT_EQ(outcomes.size(), 1);
-    ASSERT_TRUE(outcomes[0].cancelled());
-    EXPECT_EQ(outcomes[0].error->domain, QStringLiteral("NSCocoaErrorDomain"));
-    EXPECT_EQ(outcomes[0].error->code, 3072);
-    EXPECT_TRUE(launches.isEmpty());
-}
-
-// The Cc/Bcc row: on show only with content, between To and the subject, every recipient
-// visible with its remove button, and what is sent is what it shows.
+// The Cc/Bcc row lies between To and the subject; each recipient has its remove button.
 TEST_F(Composer, CopyRecipientsShownOnlyWithContentEveryOneVisibleAndSentAsShown) {
     ExtensionCopyRecipientsView* row = composer->copyRecipientsView();
     QWidget* body = composer->contentTextView();
@@ -308,8 +269,7 @@ TEST_F(Composer, CopyRecipientsShownOnlyWithContentEveryOneVisibleAndSentAsShown
     EXPECT_EQ(body->height(), usualBodyHeight);
 }
 
-// A share with an item still on its way and one left out, whose main application is missing
-// until the test installs it: Send waits for the item, and a failed launch loses nothing.
+// An item still on its way, one left out, and a main application missing until the second alert.
 TEST_F(Composer, SendWaitsForStagingAndAFailedLaunchLosesNothing) {
     const QString mainApplication = QStringLiteral("it.zemlo.velmora");
     velmora::test::RecordingDesktop recorder;

@@ -3,12 +3,11 @@
 // SPDX-License-Identifier: MIT
 
 // The body's text view: the commands its keys ask its delegate about, what it refuses to read or
-// take in, and spell checking with the real en_US (and Italian) Hunspell dictionaries.
+// take in, and spell checking with the real en_US Hunspell dictionary.
 #include "AttachmentFiles.h"
 #include "composer/ExtensionContentTextView.h"
 #include "composer/SpellDictionaries.h"
 #include "composer/Speller.h"
-#include "platform/Log.h"
 
 #include <QAction>
 #include <QApplication>
@@ -132,8 +131,7 @@ TEST(ExtensionContentTextView, AsksItsDelegateAndPerformsOnlyWhatItLeavesUnhandl
         {"control-t-transposes", 1, -1, Qt::Key_T, Qt::MetaModifier, "ehllo world", 2, 2},
         {"unbound-does-nothing", 5, -1, Qt::Key_Return, Qt::ControlModifier, "hello world", 5, 5},
     };
-    // Asked and leaving it unhandled, asked and handling it, none, an object without the hook:
-    // a bare view performs no editing command.
+    // Only a delegate that is asked and leaves the command unhandled lets the view perform it.
     const char* const delegates[] = {"unhandled", "handled", "no delegate", "not a delegate"};
     QObject notADelegate;
     for (const auto& row : rows) {
@@ -268,15 +266,6 @@ TEST(SpellCheck, UnderlinesMisspeltWordsButNotLinksAddressesOrCode) {
     EXPECT_EQ(body.underlined(), QStringList{"sned"});
     body.view.moveCursor(QTextCursor::Start);
     EXPECT_EQ(body.underlined(), (QStringList{"sned", "teh"}));
-
-    // With two languages a word is right in either; accented words are looked up whole.
-    const std::shared_ptr<Speller> both = Speller::load(
-        {QStringLiteral("en-US"), QStringLiteral("it")}, dictionaryFolders(), QString());
-    ASSERT_TRUE(both) << "hunspell-it is not installed";
-    EXPECT_EQ(both->dictionaryNames(), (QStringList{"en_US", "it_IT"}));
-    body.view.setSpeller(both);
-    EXPECT_EQ(body.check(QStringLiteral("Hello, perché la città è bella; perchè helo")),
-              (QStringList{"perchè", "helo"}));
 }
 
 TEST(SpellCheck, ContextMenuOffersSuggestionsThatReplaceTheWordAndAddsWordsForGood) {
@@ -348,19 +337,4 @@ TEST(SpellCheck, LongBodyIsCheckedInSlicesToTheEnd) {
     const QStringList underlined = underlinedWords(*body.view.document());
     EXPECT_EQ(underlined.size(), 4000);
     EXPECT_EQ(underlined.value(3999), QStringLiteral("wrdzvxf"));
-}
-
-TEST(SpellCheck, WithoutADictionaryCheckingIsOffAndSaidOnce) {
-    const QTemporaryDir empty;
-    const ScopedEnv dataDirs("XDG_DATA_DIRS", empty.path().toUtf8());
-    const ScopedEnv dataHome("XDG_DATA_HOME", empty.path().toUtf8());
-    const ScopedEnv dicPath("DICPATH", QByteArray());
-    const LogCapture log;
-    Body body; // shown, it loads the user's own speller
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !log.lines().isEmpty(); }));
-    QTest::qWait(50);
-    EXPECT_EQ(log.lines().size(), 1) << log.lines().join(u'\n').toStdString();
-    EXPECT_TRUE(log.lines().value(0).startsWith(QStringLiteral("Spell checking off: ")));
-    EXPECT_FALSE(body.view.speller());
-    EXPECT_EQ(body.check(QStringLiteral("Teh body")), QStringList());
 }
