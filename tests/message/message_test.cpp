@@ -174,7 +174,6 @@ TEST(MessageRecord, EqualityIsMessageIdAndAccountOnly) {
     EXPECT_TRUE(record(s(""), s(""))->isEqualToModel(*record(s(""), s(""))));
 
     EXPECT_EQ(record(s("m"), s("a"), s("Hello"))->description(), s("ExtensionMessage Hello"));
-    EXPECT_EQ(record(s("m"), s("a"), QString())->description(), s("ExtensionMessage (null)"));
 }
 
 // Through the record's lock, which ThreadSanitizer watches here; the four lists are distinct.
