@@ -110,11 +110,8 @@ TEST(TokenSplitting, TextBecomesNewAddressesAndRecordsStay) {
         {"crlf_splits_at_cr",
          {QStringLiteral("a@x.test\r\nb@y.test\r\n")},
          {"a@x.test", "b@y.test"}},
-        {"tab", {QStringLiteral("a@x.test\tb@y.test")}, {"a@x.test", "b@y.test"}},
         {"not_validated", {QStringLiteral(" not an address ")}, {"not an address"}},
-        {"white_space_only", {QStringLiteral(" \t ")}, {}},
         {"known_mail_yields_nothing", {QStringLiteral("known@x.test, new@x.test")}, {"new@x.test"}},
-        {"known_mail_in_other_case", {QStringLiteral("Known@x.test")}, {"Known@x.test"}},
         {"records_stay_null_dropped",
          {known, std::shared_ptr<ExtensionAddress>(), group, QStringLiteral("n@x.test")},
          {"record", "record", "n@x.test"}},
@@ -165,12 +162,10 @@ TEST(SuggestionMatcher, GroupsWithMembersFollowTheAddresses) {
     EXPECT_EQ(displayString(toToken(found.at(1))), QStringLiteral("Sailing (2)"));
 }
 
-// The plain walk states the rules: the mail anywhere, names, company and nickname at their
-// start, by rank, equal ranks in file order, duplicates kept, nothing for an empty query.
+// The plain walk states the rules: the mail anywhere, other fields at their start, by rank.
 TEST(SuggestionMatcher, AgreesWithLowerCasingEveryFieldOnRandomBooks) {
-    // Few letters, so queries hit often; non-ASCII with case (İ lower-cases to two units). Every
-    // other book keeps to the Latin-1 letters in front, which the index holds in bytes (š shares
-    // a's low byte).
+    // Few letters, so queries hit often; İ lower-cases to two units; every other book keeps to
+    // the Latin-1 letters in front, which the index holds in bytes (š shares a's low byte).
     const QString alphabet = QStringLiteral("aAbB.@ ÉéΣσİš\U0001F600");
     QRandomGenerator rng(7);
     int letters = 0;

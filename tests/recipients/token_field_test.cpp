@@ -28,16 +28,13 @@ using namespace velmora;
 
 namespace {
 
-// The composer's stand-in: the To field, a subject after it, the list added last; counts the
-// recipient notifications and the keys that reach it past the field.
+// The composer's stand-in: counts the recipient notifications and the keys that pass the field.
 class RecipientsHost : public QWidget, public SuggestionHost {
 public:
     RecipientsHost() {
         resize(600, 400);
         field->setGeometry(20, 40, 560, 26);
-        field->setPlaceholderString(QStringLiteral("To:"));
         subject->setGeometry(20, 80, 560, 26);
-        setTabOrder(field, subject);
         controller->view()->setParent(this);
         field->setSuggestioncontroller(controller);
     }
@@ -71,16 +68,10 @@ protected:
     void keyPressEvent(QKeyEvent* event) override { keysSeen.append(event->key()); }
 };
 
-// The contacts typed against: "ann" matches Annie Hall (rank 9), Ann Smith (3) and
-// hannah@w.test (1, by mail); "bulk" matches 30 addresses.
+// "ann" matches Annie Hall (rank 9), Ann Smith (3), hannah@w.test (1, by mail); "bulk": 30.
 class RecipientsTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        writeContacts();
-        if (!IsSkipped())
-            showHost();
-    }
-    void writeContacts() {
         QByteArray json = R"([
             {"mail": "ann.smith@x.test", "firstName": "Ann", "lastName": "Smith", "rank": 3},
             {"mail": "annie@y.test", "firstName": "Annie", "lastName": "Hall", "rank": 9},
@@ -92,6 +83,7 @@ protected:
         if (!test::writePlist(container.dataFolder() + QStringLiteral("/Contacts/Addresses.plist"),
                               json + "]", false))
             GTEST_SKIP() << "python3 is needed to write property lists";
+        showHost();
     }
     void showHost() {
         host = std::make_unique<RecipientsHost>();
@@ -110,20 +102,17 @@ protected:
     std::unique_ptr<RecipientsHost> host;
 };
 
-const QString kAnnie = QStringLiteral("Annie Hall <annie@y.test>");
 const QString kAnn = QStringLiteral("Ann Smith <ann.smith@x.test>");
 
 TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
     typeAndWait(QStringLiteral("ANN"), 3);
     EXPECT_EQ(host->rowTexts(),
-              (QStringList{kAnnie + QStringLiteral("(9)"), kAnn + QStringLiteral("(3)"),
-                           QStringLiteral("<hannah@w.test>(1)")}));
+              (QStringList{QStringLiteral("Annie Hall <annie@y.test>(9)"),
+                           kAnn + QStringLiteral("(3)"), QStringLiteral("<hannah@w.test>(1)")}));
     // A panel of the window, 5 below the field, as wide as it, 200 high, above the subject.
     FlippedView* popup = host->controller->view();
     EXPECT_EQ(popup->geometry(), QRect(20, 40 + 26 + 5, 560, 200));
     EXPECT_TRUE(popup->isAncestorOf(host->childAt(QPoint(100, 90))));
-    // Typing is not a command: the composer hears of nothing yet.
-    EXPECT_EQ(host->manageCalls, 0);
 
     QTableView* table = host->controller->table();
     QTest::keyClick(host->field, Qt::Key_Up);
@@ -155,8 +144,7 @@ TEST_F(RecipientsTest, TypingShowsRankedMatchesThatTheArrowsReturnAndTabTake) {
     EXPECT_FALSE(host->controller->visible());
 }
 
-// Escape closes the list, Return is consumed even without a suggestion, other keys go on; an
-// empty result hides the list; a Backspace filters again only a quarter second later.
+// Return is consumed even without a suggestion; a Backspace filters again only later.
 TEST_F(RecipientsTest, EscapeReturnAndBackspaceKeepTheListInStepWithTheText) {
     typeAndWait(QStringLiteral("ann"), 3);
     QTest::keyClick(host->field, Qt::Key_Escape);
@@ -191,8 +179,6 @@ TEST_F(RecipientsTest, EscapeReturnAndBackspaceKeepTheListInStepWithTheText) {
     EXPECT_TRUE(host->waitForRows(3));
 }
 
-// Pasting splits into addresses (the splitting's own rules have a table of their own), copying
-// copies what the tokens show, a comma commits typed text and so does leaving the field.
 TEST_F(RecipientsTest, PasteCommaAndLeavingTheFieldCommitAddressesAndCopyCopiesTheirText) {
     QGuiApplication::clipboard()->setText(QStringLiteral("a@x.test;b@y.test"));
     QTest::keyClick(host->field, Qt::Key_V, Qt::ControlModifier);
@@ -216,8 +202,7 @@ TEST_F(RecipientsTest, PasteCommaAndLeavingTheFieldCommitAddressesAndCopyCopiesT
               (QStringList{QStringLiteral("[<Known@x.test>]"), QStringLiteral("[<late@x.test>]")}));
 }
 
-// Return puts the list's selected row in place of the token under the caret, an address as
-// well as typed text; a double click turns a token back into text in its display form.
+// A double click turns a token back into text in its display form.
 TEST_F(RecipientsTest, TheTokenUnderTheCaretIsTheOneReplacedOrEditedAsText) {
     typeAndWait(QStringLiteral("annie"), 1);
     QTest::keyClick(host->field, Qt::Key_Return);
@@ -234,18 +219,6 @@ TEST_F(RecipientsTest, TheTokenUnderTheCaretIsTheOneReplacedOrEditedAsText) {
 
     QTest::mouseDClick(host->field, Qt::LeftButton, {}, QPoint(30, 13));
     EXPECT_EQ(host->tokens(), (QStringList{kAnn + QStringLiteral("jo")}));
-}
-
-TEST(TokenFieldWithoutComposer, NotifiesNobody) {
-    ExtensionTokenField alone;
-    QObject notAComposer;
-    ExtensionSuggestionController controller(QRect(0, 0, 600, 400), &notAComposer);
-    alone.setSuggestioncontroller(&controller);
-    EXPECT_EQ(alone.composerComtroller(), nullptr);
-    QTest::keyClicks(&alone, QStringLiteral("a@x.test,"));
-    EXPECT_EQ(alone.objectValue().size(), 1);
-    EXPECT_TRUE(alone.doCommandBySelector(alone.fieldEditor(), QStringLiteral("moveUp:")));
-    EXPECT_FALSE(alone.doCommandBySelector(alone.fieldEditor(), QStringLiteral("insertTab:")));
 }
 
 QPoint rowCenter(QTableView* table, int row) {
@@ -275,8 +248,7 @@ TEST_F(RecipientsTest, ThirtyRowsScrollOnlyWhenTheSelectionLeavesTheViewFromAnyT
     const TableViewZemlo::RowRange last = TableViewZemlo::visibleRows(table);
     EXPECT_EQ(last.location + last.length, 30);
 
-    // The selection helpers called from another thread run on the main thread; hidden first, so
-    // that no repaint hands work to Qt's own threads, which the thread sanitizer cannot see.
+    // Hidden first: a repaint would hand work to Qt's threads, which ThreadSanitizer cannot see.
     host->hide();
     std::atomic<int> seen = -2;
     std::atomic<bool> done = false;
@@ -306,7 +278,7 @@ TEST_F(RecipientsTest, ASingleClickTakesARowAndADoubleClickTakesItOnce) {
     // Through the window, as the window system delivers a double click.
     QTest::mouseDClick(host->windowHandle(), Qt::LeftButton, {},
                        table->viewport()->mapTo(host.get(), rowCenter(table, 1)));
-    EXPECT_EQ(host->tokens(), QStringList{QStringLiteral("[Ann Smith <ann.smith@x.test>]")});
+    EXPECT_EQ(host->tokens(), QStringList{u'[' + kAnn + u']'});
     EXPECT_EQ(host->manageCalls, 1);
     EXPECT_FALSE(host->controller->visible());
 
@@ -317,22 +289,17 @@ TEST_F(RecipientsTest, ASingleClickTakesARowAndADoubleClickTakesItOnce) {
     QTest::mouseClick(host->windowHandle(), Qt::LeftButton, {},
                       table->viewport()->mapTo(host.get(), rowCenter(table, 0)));
     EXPECT_TRUE(host->field->hasFocus());
-    EXPECT_EQ(host->tokens(), (QStringList{QStringLiteral("[Ann Smith <ann.smith@x.test>]"),
-                                           QStringLiteral("[<hannah@w.test>]")}));
+    EXPECT_EQ(host->tokens(),
+              (QStringList{u'[' + kAnn + u']', QStringLiteral("[<hannah@w.test>]")}));
     EXPECT_EQ(host->manageCalls, 2);
     // No modifier toggles the one selected row off.
     QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ControlModifier, rowCenter(table, 0));
     EXPECT_EQ(TableViewZemlo::maxSelectedRow(table), 0);
 }
 
-// The contacts as in the other tests, but the stand-in composer is shown by the test itself.
-class ContactsLoading : public RecipientsTest {
-protected:
-    void SetUp() override { writeContacts(); }
-};
-
 // Keys typed while the contacts are read are kept; the ready book answers the text by then.
-TEST_F(ContactsLoading, KeysTypedBeforeTheContactsAreReadAreAnsweredOnceTheyAre) {
+TEST_F(RecipientsTest, KeysTypedBeforeTheContactsAreReadAreAnsweredOnceTheyAre) {
+    host.reset(); // shown again once the book is locked
     // The book's lock held as the main application holds it while it writes the book.
     QFile lock(FileCoordinator::lockPathFor(container.dataFolder() + QStringLiteral("/Contacts")));
     ASSERT_TRUE(lock.open(QIODevice::ReadWrite));
