@@ -9,6 +9,7 @@
 #include "platform/Log.h"
 
 using namespace velmora;
+using velmora::test::ScopedEnv;
 using velmora::test::shown;
 
 namespace {
@@ -59,8 +60,7 @@ TEST_P(AccountsFile, WrongTypesEndTheReadingButKeepTheRecord) {
 INSTANTIATE_TEST_SUITE_P(Formats, AccountsFile, ::testing::Values(false, true),
                          [](const auto& info) { return info.param ? "binary" : "xml"; });
 
-// A missing or malformed file is no accounts, without a log line; records describe themselves
-// by their mail.
+// A missing or malformed file is no accounts, unlogged; records describe themselves by mail.
 TEST(Accounts, MissingOrMalformedFileIsNoAccountsWithoutALogLine) {
     const velmora::test::TempContainer container;
     LogCapture log;
@@ -80,11 +80,18 @@ TEST(Accounts, MissingOrMalformedFileIsNoAccountsWithoutALogLine) {
               QStringLiteral("ExtensionAlias al@x.test"));
 }
 
-TEST(Accounts, NoContainerLogsTheCoordinationError) {
+// Unnamed, the container is under XDG_DATA_HOME; a file in its way is no container, and logged.
+TEST(Accounts, TheDefaultContainerIsUnderXdgDataHomeAndAMissingOneIsLogged) {
     QTemporaryDir dir;
-    velmora::test::writeFile(dir.filePath(QStringLiteral("file")), "x");
-    const velmora::test::ScopedEnv env("VELMORA_GROUP_CONTAINER",
-                                       QFile::encodeName(dir.filePath(QStringLiteral("file/c"))));
+    const QString file =
+        dir.filePath(QStringLiteral("velmora/7QK4M2HXWD.velmora/SharedData/Accounts.plist"));
+    velmora::test::writeFile(file, "<plist><array><dict/></array></plist>");
+    const ScopedEnv container("VELMORA_GROUP_CONTAINER", "");
+    const ScopedEnv bundle("VELMORA_BUNDLE_ID", "");
+    const ScopedEnv data("XDG_DATA_HOME", QFile::encodeName(dir.path()));
+    EXPECT_EQ(ExtensionUtilities::Accounts().size(), 1);
+
+    const ScopedEnv blocked("XDG_DATA_HOME", QFile::encodeName(file));
     LogCapture log;
     EXPECT_TRUE(ExtensionUtilities::Accounts().isEmpty());
     EXPECT_EQ(log.linesStartingWith(u"[***ERROR***] NSFileCoordinator Accounts ").size(), 1);

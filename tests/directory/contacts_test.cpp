@@ -23,9 +23,7 @@ protected:
     velmora::test::TempContainer container;
 };
 
-// Defaults for what is missing, the names shown; a field of the wrong type is logged and ends
-// the reading of its record, which keeps what came before; an element that is no dictionary is
-// logged and listed unfilled.
+// Defaults for what is missing; a bad field or element is logged, what precedes it is kept.
 TEST_P(ContactsFiles, AddressesReadWithDefaultsShowTheirNamesAndKeepWhatPrecedesAFault) {
     write(QStringLiteral("Addresses.plist"), R"([
         {},
@@ -79,8 +77,7 @@ TEST(Contacts, MissingFolderIsCreatedAndOneThatCannotBeIsLogged) {
         << log.lines().join(u'\n').toStdString();
 }
 
-// Of a key given twice the last value counts, in a short dictionary and in one past the
-// reader's small table of keys; numbers and booleans read as text.
+// The last of a key given twice counts, also past the reader's small key table; numbers are text.
 TEST(Contacts, OfAKeyGivenTwiceTheLastValueCountsAndNumbersAreText) {
     const velmora::test::TempContainer container;
     const QByteArray twice = "<key>mail</key><string>first@x.test</string>"

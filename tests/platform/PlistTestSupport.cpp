@@ -12,8 +12,6 @@ namespace velmora::test {
 
 namespace {
 
-// The value as text that tells kinds apart: 5 (qint64) from 5u (quint64), a null string from an
-// empty one, and NaN the same as NaN.
 QString shown(const QVariant& v) {
     QStringList items;
     switch (v.typeId()) {

@@ -14,8 +14,7 @@
 
 namespace velmora::test {
 
-// Equal values of the same kinds: QVariant's own == would take 5 (qint64) for 5u (quint64), a
-// null string for an empty one, and never NaN for NaN. A mismatch shows both values whole.
+// Unlike QVariant's ==, tells 5 from 5u and null text from empty, and takes NaN for NaN.
 ::testing::AssertionResult sameValue(const QVariant& actual, const QVariant& expected);
 
 // Encoded "bplist00" objects, so that tests state exact bytes, the wrong ones included.

@@ -12,8 +12,7 @@ using namespace velmora::test::bplist;
 
 namespace {
 
-// The element-by-element reader hands over the elements before a fault, and agrees with the whole
-// read of the file: the same list when it succeeds, no array when it fails.
+// Elements before a fault are handed over; the whole read gives the same list, or none on a fault.
 TEST(PropertyListFile, ElementsComeInOrderAndAgreeWithTheWholeRead) {
     const QVariantMap same{{"k", "same"}};
     const struct {
@@ -66,8 +65,7 @@ TEST(PropertyListFile, ElementsComeInOrderAndAgreeWithTheWholeRead) {
         EXPECT_EQ(PropertyList::arrayWithContentsOfFile(path, row.limits),
                   row.ok ? QVariant(row.elements) : QVariant());
     }
-    // A malformed file is an expected case and is not logged; something other than a regular
-    // file in the file's place is refused unread, and logged.
+    // A malformed file is expected, not logged; a folder in the file's place is refused, logged.
     EXPECT_TRUE(log.lines().isEmpty()) << log.lines().join(u'\n').toStdString();
     EXPECT_TRUE(PropertyList::arrayWithContentsOfFile(dir.path()).isNull());
     EXPECT_EQ(log.lines().size(), 1);

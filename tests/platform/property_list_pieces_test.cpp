@@ -2,8 +2,7 @@
 //
 // SPDX-License-Identifier: MIT
 
-// The XML reader that reads a root array a run of elements at a time, against the whole read of
-// the same document: for every size of run, the same elements or the same fault.
+// The root array read a run of bytes at a time, for every run size: as the whole read reads it.
 
 #include "platform/PropertyList.h"
 #include "platform/PropertyListPrivate.h"

@@ -19,8 +19,7 @@ namespace {
 constexpr qint64 kMin = std::numeric_limits<qint64>::min();
 constexpr qint64 kMax = std::numeric_limits<qint64>::max();
 
-// Text is read by its leading number like the platform does, whatever the process's locale says
-// a decimal mark is; numbers convert as numbers.
+// Text is read by its leading number, with a point for decimals whatever the locale says.
 TEST(Values, IntegerBoolAndRealOfEachKind) {
     const struct {
         const char* name;

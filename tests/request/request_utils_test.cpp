@@ -28,8 +28,7 @@ QString u(const char* utf8) {
     return QString::fromUtf8(utf8);
 }
 
-// Random text from query syntax, ASCII, the rest of the BMP and astral characters; with
-// unpairedSurrogates, lone halves of pairs too.
+// Query syntax, ASCII, the rest of the BMP and astral characters; lone surrogates if asked.
 QString randomText(QRandomGenerator& rng, int maxLength, bool unpairedSurrogates = false) {
     static const QString syntax = u("&=+#?%[] ;/");
     QString text;
@@ -47,8 +46,7 @@ QString randomText(QRandomGenerator& rng, int maxLength, bool unpairedSurrogates
 // Which ways a codec row runs: both, only writing (encoding, building), only reading.
 enum Direction { Both, Write, Read };
 
-// Encoding gives upper-case hex and keeps a leading byte-order mark as text; decoding refuses
-// (null) a cut or non-hex escape and bytes that are not UTF-8. Null stays null, empty empty.
+// Upper-case hex, a leading byte-order mark kept; a bad escape or bad UTF-8 decodes to null.
 TEST(PercentCodec, EncodesAndDecodesOrRefuses) {
     const struct {
         const char* name;
@@ -57,7 +55,6 @@ TEST(PercentCodec, EncodesAndDecodesOrRefuses) {
         QString encoded;
         bool decodePlus;
     } rows[] = {
-        {"euro", Both, u("€"), u("%E2%82%AC"), false},
         {"byte_order_mark", Both, QChar(0xFEFF) + u("a"), u("%EF%BB%BFa"), false},
         {"empty", Both, u(""), u(""), false},
         {"null_text", Both, QString(), QString(), true},
@@ -68,7 +65,6 @@ TEST(PercentCodec, EncodesAndDecodesOrRefuses) {
         {"unescaped_unicode", Read, u("ü "), u("ü%20"), false},
         {"bad_percent_2", Read, QString(), u("%ZZ"), false},
         {"lone_percent", Read, QString(), u("a%"), false},
-        {"encoded_surrogate", Read, QString(), u("%ED%A0%80"), false},
         {"overlong_nul", Read, QString(), u("%C0%80"), false},
     };
     for (const auto& row : rows) {
@@ -84,8 +80,7 @@ TEST(PercentCodec, EncodesAndDecodesOrRefuses) {
     }
 }
 
-// Against Qt's encoder with the same unreserved set, unpaired surrogates included; and every
-// well-formed text decodes back from its encoding.
+// Qt's encoder has the same unreserved set; well-formed text decodes back from its encoding.
 TEST(PercentCodec, AgreesWithQtAndDecodesBackOnRandomText) {
     QRandomGenerator rng(7);
     for (int round = 0; round < 300; ++round) {
@@ -98,8 +93,7 @@ TEST(PercentCodec, AgreesWithQtAndDecodesBackOnRandomText) {
     }
 }
 
-// Building writes "k=v" pairs from a map, reading gives the map of a URL's query; rows that hold
-// both ways run both, with the same options.
+// Rows that hold both ways build the query from the map and read the map back, same options.
 TEST(QueryCodec, BuildsAndReadsEveryMode) {
     using L = QStringList;
     const QueryParameters list{{u("to"), L{u("x"), u("y")}}};
@@ -130,7 +124,6 @@ TEST(QueryCodec, BuildsAndReadsEveryMode) {
         {"repeat_default_keeps_last", Read, u("a=1&a=2"), 0, {{u("a"), u("2")}}},
         {"repeat_keep_first", Read, u("a=1&a=2"), QueryModeKeepFirst, {{u("a"), u("1")}}},
         {"repeat_other_mode_collects", Read, u("a=1&a=2"), 5, {{u("a"), L{u("1"), u("2")}}}},
-        {"suffix_default_stripped", Read, u("a[]=1"), 0, {{u("a"), u("1")}}},
         {"always_arrays",
          Read,
          u("a=1&b[]=2"),
@@ -140,7 +133,6 @@ TEST(QueryCodec, BuildsAndReadsEveryMode) {
         {"second_equals_dropped", Read, u("a=b=c"), 0, {{u("a"), u("b")}}},
         {"bad_value_skipped", Read, u("a=%ZZ&b=1"), 0, {{u("b"), u("1")}}},
         {"bad_key_skipped", Read, u("a%E2=1&b=2"), 0, {{u("b"), u("2")}}},
-        {"empty_pieces", Read, u("&&a=1&"), 0, {{u("a"), u("1")}}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

