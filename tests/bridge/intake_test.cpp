@@ -91,8 +91,7 @@ protected:
         log.clear();
     }
 
-    // Runs intake and waits for its completion, which must come once, off this thread, with
-    // no error. The waits are counted; with instant they take no time.
+    // Runs intake to its one completion, off this thread, without error; instant waits count.
     std::shared_ptr<ExtensionMessage> run(ExtensionContext::Items items, bool instant = false) {
         std::promise<std::shared_ptr<ExtensionMessage>> delivered;
         ExtensionUtilities::GetItemForExtension(

@@ -2,8 +2,7 @@
 //
 // SPDX-License-Identifier: MIT
 
-// The installed desktop entry as the mail handler, reached through xdg-email, gio open and the
-// portal.
+// The installed desktop entry as mail handler, reached through xdg-email, gio open and the portal.
 #include "Process.h"
 #include "RecordingDesktop.h"
 #include "TestSupport.h"
@@ -53,8 +52,7 @@ protected:
             "[Default Applications]\nx-scheme-handler/mailto=it.zemlo.velmora.share.desktop\n");
     }
 
-    // key=value of the one URL the main application received; a staged path without the
-    // share's own folder and the data folder ("D/ShareFull/share-1-abc/x" gives "D/ShareFull/x").
+    // key=value of the one URL the main application received; staged paths as D/ShareFull/NAME.
     QStringList received(const QStringList& keys) {
         const QStringList urls = desktop.takeArguments(QString::fromLatin1(kMainApplication));
         EXPECT_EQ(urls.size(), 1) << urls.join(u'\n').toStdString();
@@ -76,8 +74,7 @@ protected:
     velmora::test::ScopedEnv noDesktop{"XDG_CURRENT_DESKTOP", QByteArray()};
     // The composer is driven without a window, as --headless would.
     velmora::test::ScopedEnv headless{"VELMORA_SHARE_TEST_HEADLESS", "1"};
-    // xdg-open asks for a scheme's handler only in a graphical session; nothing connects to
-    // this display, as the composer runs on the offscreen platform.
+    // xdg-open asks for a handler only in a graphical session; nothing connects to this display.
     velmora::test::ScopedEnv display{"DISPLAY", ":65000"};
     velmora::test::ScopedEnv noWayland{"WAYLAND_DISPLAY", QByteArray()};
     QTemporaryDir files;
@@ -102,14 +99,13 @@ TEST_F(MailHandler, XdgEmailAndGioOpenReachTheComposer) {
               (QStringList{"to=ann@example.org;", "subject=From gio"}));
 }
 
-// Display, portal backend and portal on dbus-run-session's bus, then the caller; 77: cannot run
-// here.
+// Xvfb, the portal and its GTK backend on dbus-run-session's bus, then the caller (77: no portal).
 constexpr char kPortalSession[] = R"sh(
 dir=$1; shift
 export XDG_CURRENT_DESKTOP=GNOME XDG_DATA_DIRS=/usr/local/share:/usr/share GDK_BACKEND=x11
-give_up() { echo "$1 did not start:"; cat "$dir/$1.log"; kill $pids; exit 77; }
-Xvfb -displayfd 3 -nolisten tcp 3>"$dir/display" 2>"$dir/Xvfb.log" &
-pids=$!
+trap 'kill $pids 2>/dev/null' EXIT
+give_up() { echo "$1 did not start:"; cat "$dir/$1.log"; exit 77; }
+Xvfb -displayfd 3 -nolisten tcp 3>"$dir/display" 2>"$dir/Xvfb.log" & pids=$!
 for i in $(seq 200); do [ -s "$dir/display" ] && break; sleep 0.1; done
 [ -s "$dir/display" ] || give_up Xvfb
 export DISPLAY=":$(cat "$dir/display")"
@@ -117,12 +113,8 @@ export DISPLAY=":$(cat "$dir/display")"
 gdbus wait --session --timeout 30 org.freedesktop.impl.portal.desktop.gtk || give_up gtk
 /usr/libexec/xdg-desktop-portal >"$dir/portal.log" 2>&1 & pids="$pids $!"
 gdbus wait --session --timeout 30 org.freedesktop.portal.Desktop || give_up portal
-# What ThreadSanitizer reports inside the stand-in application's uninstrumented QtDBus thread
-# is not this program's; velmora-share, started by the backend, keeps the options it inherited.
+# TSan's reports in the caller's uninstrumented QtDBus are not ours (velmora-share's still count).
 TSAN_OPTIONS="${TSAN_OPTIONS:-}:report_bugs=0" "$@"
-status=$?
-kill $pids 2>/dev/null
-exit $status
 )sh";
 
 TEST_F(MailHandler, TheEmailPortalReachesTheComposer) {

@@ -2,9 +2,8 @@
 //
 // SPDX-License-Identifier: MIT
 
-// A sandboxed application's "Send by email": portal_email_call ADDRESS SUBJECT FILE asks the
-// Email portal for a mail and exits with the portal's response code (0: the handler started),
-// or 100 when the call failed and 101 when no answer came.
+// A sandboxed application's "Send by email": portal_email_call ADDRESS SUBJECT FILE exits with
+// the Email portal's response (0: the handler started), 100 on a failed call, 101 on no answer.
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -22,8 +21,6 @@ public Q_SLOTS:
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    if (argc != 4)
-        return 2;
     qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
     QDBusConnection bus = QDBusConnection::sessionBus();
     // The portal reads the file's path from the descriptor: it must be opened O_PATH.

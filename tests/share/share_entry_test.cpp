@@ -10,7 +10,6 @@
 #include "share/Translations.h"
 
 #include <QApplication>
-#include <QLocale>
 #include <QTextStream>
 #include <QTimer>
 
@@ -18,8 +17,7 @@ using namespace velmora;
 
 namespace {
 
-// The items, message and subject a command line gives, in one line a row can spell out (D is
-// the test's folder); a usage error as its message.
+// A command line's items, message and subject in one line (D: the test's folder), or its error.
 QString describe(const CommandLineResult& r, const QString& dir) {
     if (!r.options)
         return QStringLiteral("error: ") + r.error;
@@ -50,16 +48,13 @@ TEST(CommandLineParse, ItemsOptionsAndUsageErrors) {
         QStringList args;
         QString expected; // "error: " and a part of the message for a refused line
     } rows[] = {
-        // A folder is a file item, an existing path wins over a scheme, file: URLs count as
-        // files and a mailto: URI is a message, not an item.
+        // Folders and file: URLs are files, a path wins over a scheme, mailto: is a message.
         {"items",
          {notes, "https://example.test/a?b=c", "-", dir.path(), file("draft:v2"),
           QUrl::fromLocalFile(notes).toString(), "mailto:ada@x.test"},
          "file D/notes.txt | link https://example.test/a?b=c | stdin | file D | file D/draft:v2 "
          "| file D/notes.txt | mailto ada@x.test"},
-        {"an-empty-subject-is-a-subject",
-         {"--headless", "--subject", "", notes},
-         "file D/notes.txt | ''"},
+        {"empty-subject", {"--headless", "--subject", "", notes}, "file D/notes.txt | ''"},
         {"missing-file", {"missing.txt", notes}, "error: no such file or folder: missing.txt"},
         {"missing-file-url",
          {"file:///nowhere/x.pdf", notes},
@@ -68,12 +63,8 @@ TEST(CommandLineParse, ItemsOptionsAndUsageErrors) {
         {"standard-input-twice", {"-", "-", notes}, "error: only once"},
         {"missing-image", {"--image", "nope.png", notes}, "error: no such image file: nope.png"},
         {"to-without-headless", {"--to", "a@x.test", notes}, "error: --to needs --headless"},
-        {"cancel-without-headless", {"--cancel", notes}, "error: --cancel needs --headless"},
-        {"title-twice",
-         {"--title", "a", "--title", "b", notes},
-         "error: --title given more than once"},
+        {"title-twice", {"--title", "a", "--title", "b", notes}, "error: --title given more"},
         {"unknown-option", {"--frobnicate", notes}, "error: frobnicate"},
-        {"value-missing", {"--subject", notes}, "error: subject"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -86,16 +77,10 @@ TEST(CommandLineParse, ItemsOptionsAndUsageErrors) {
     }
 }
 
-// Each test leaves the default locale and the installed translation as it found them.
+// Each test leaves no translation installed, as it found it.
 class TranslationLoading : public ::testing::Test {
 protected:
-    void TearDown() override {
-        QLocale::setDefault(m_locale);
-        installTranslationsFor({});
-    }
-
-private:
-    QLocale m_locale;
+    void TearDown() override { installTranslationsFor({}); }
 };
 
 TEST_F(TranslationLoading, TakesTheFirstLanguageThatHasATranslation) {
@@ -105,15 +90,10 @@ TEST_F(TranslationLoading, TakesTheFirstLanguageThatHasATranslation) {
         const char* send;
     };
     const Row rows[] = {
-        {"language-and-region", {QStringLiteral("it-IT")}, "Invia"},
-        {"region-without-its-own-file", {QStringLiteral("it-CH")}, "Invia"},
-        {"underscore-form", {QStringLiteral("it_IT")}, "Invia"},
-        {"untranslated-ones-skipped",
-         {QStringLiteral("fr-FR"), QStringLiteral("de"), QStringLiteral("it")},
-         "Invia"},
-        {"english-first", {QStringLiteral("en-GB"), QStringLiteral("it-IT")}, "Send"},
-        {"no-translation", {QStringLiteral("fr-FR")}, "Send"},
-        {"c-locale", {QStringLiteral("C")}, "Send"},
+        {"language-and-region", {"it-IT"}, "Invia"},
+        {"untranslated-ones-skipped", {"fr-FR", "de", "it"}, "Invia"},
+        {"english-first", {"en-GB", "it-IT"}, "Send"},
+        {"no-translation", {"fr-FR"}, "Send"},
         {"none", {}, "Send"},
     };
     for (const Row& row : rows) {
@@ -125,12 +105,8 @@ TEST_F(TranslationLoading, TakesTheFirstLanguageThatHasATranslation) {
         EXPECT_EQ(LocalizedString("Send"), QString::fromUtf8(row.send));
     }
 
-    // Without a list, the languages of the default locale.
-    QLocale::setDefault(QLocale(QStringLiteral("it_IT")));
-    installTranslations();
-    EXPECT_EQ(LocalizedString("Your message has an empty subject."),
-              QStringLiteral("Il messaggio non ha un oggetto."));
     // A key without a translation comes back as itself.
+    ASSERT_TRUE(installTranslationsFor({QStringLiteral("it")}));
     EXPECT_EQ(LocalizedString("Not in any catalogue"), QStringLiteral("Not in any catalogue"));
 }
 
@@ -138,16 +114,13 @@ TEST(ShareView, ClosingTheWindowCancelsTheRequest) {
     const velmora::test::TempContainer container;
     QString printed;
     QTextStream out(&printed);
-    QTextStream err(&printed);
-    ShareSession session(ShareOptions{}, {}, out, err);
+    ShareSession session(ShareOptions{}, {}, out, out);
     QString title;
-    QSize size;
     // Once the window is up, close it as a window manager would.
     QTimer::singleShot(200, [&] {
         for (QWidget* top : QApplication::topLevelWidgets()) {
             if (auto* window = qobject_cast<ShareWindow*>(top); window && window->isVisible()) {
                 title = window->windowTitle();
-                size = window->size();
                 window->close();
             }
         }
@@ -155,12 +128,10 @@ TEST(ShareView, ClosingTheWindowCancelsTheRequest) {
     // Should closing not end the request, this ends the wait and the test fails below.
     QTimer::singleShot(15000, [] { QApplication::quit(); });
     EXPECT_EQ(session.exec(), ShareSession::Cancelled);
-    ASSERT_TRUE(session.outcome());
-    ASSERT_TRUE(session.outcome()->error);
+    ASSERT_TRUE(session.outcome() && session.outcome()->error);
     EXPECT_EQ(session.outcome()->error->domain, QStringLiteral("NSCocoaErrorDomain"));
     EXPECT_EQ(session.outcome()->error->code, 3072);
     EXPECT_EQ(title, QStringLiteral("Share with Velmora"));
-    EXPECT_EQ(size, QSize(600, 400));
     EXPECT_TRUE(printed.isEmpty()) << printed.toStdString();
 }
 

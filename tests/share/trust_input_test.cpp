@@ -33,8 +33,7 @@ class Trust : public ::testing::Test {
 protected:
     void SetUp() override { QDir().mkpath(container.dataFolder() + QStringLiteral("/Contacts")); }
 
-    // velmora-share --headless ARGS (then raw, a name of any bytes) after earlier runs' folders
-    // went, as after their grace period; during runs once the share has made its own folder.
+    // velmora-share --headless ARGS RAW, staging folder emptied; during runs once it has a folder.
     Ran share(const QStringList& args, const QByteArray& in = {}, const QByteArray& raw = {},
               int copyDelayMs = 0, const std::function<void()>& during = {}) {
         QDir(staging()).removeRecursively();
@@ -113,8 +112,7 @@ constexpr bool kPaints = false;
 constexpr bool kPaints = true;
 #endif
 
-// HTML names the canary, a pipe and a device in every way it can reach out: none is opened,
-// and only a small data: image is drawn.
+// HTML naming a canary, a pipe and a device opens none of them; only a small data: image draws.
 TEST_F(Trust, SharedHtmlNeverReadsWhatItNames) {
     const QString pipe = fifo("pipe");
     QImage red(8, 8, QImage::Format_RGB32);
@@ -154,8 +152,7 @@ TEST_F(Trust, SharedHtmlNeverReadsWhatItNames) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        // Drawing a decoded image, or the picture of the composer, makes Qt spread its blits over
-        // its own thread pool, whose hand-overs ThreadSanitizer cannot see.
+        // Qt draws images on its own thread pool, whose hand-overs ThreadSanitizer cannot see.
         if (!kPaints && row.html.contains(u"data:"))
             continue;
         const QString shot = path(row.name) + QStringLiteral(".png");
@@ -198,10 +195,6 @@ TEST_F(Trust, BadInputEndsCleanly) {
          .fifo = "Accounts.plist",
          .args = {"--text", "hi"},
          .said = "Accounts.plist\": not a regular file"},
-        {.name = "fifo-addresses",
-         .fifo = "Contacts/Addresses.plist",
-         .args = {"--to", "ada@x.test", "--text", "hi"},
-         .said = "Addresses.plist\": not a regular file"},
         {.name = "file-name-not-utf8-relative-and-as-file-url",
          .args = {"--text", "hi", "file://" + QString::fromLatin1(rawName.toPercentEncoding("/"))},
          .rawArgument = "caf\xe9 \xff.txt",
@@ -209,11 +202,6 @@ TEST_F(Trust, BadInputEndsCleanly) {
         {.name = "truncated-png",
          .args = {"-"},
          .standardInput = png.left(png.size() / 2),
-         .exitCode = 2,
-         .said = "png image data"},
-        {.name = "png-declaring-100000-squared",
-         .args = {"-"},
-         .standardInput = velmora::test::pngDeclaringSize(100000, 100000),
          .exitCode = 2,
          .said = "png image data"},
         {.name = "text-that-starts-like-a-gif", .args = {"-"}, .standardInput = "GIF89a hi\n"},
@@ -324,8 +312,7 @@ TEST_F(Trust, EveryItemIsAttachedOrNamedWithItsReason) {
     EXPECT_LE(copy.st_blocks, source.st_blocks + 16);
 }
 
-// Headless, a hand-off that cannot happen ends with status 3 and says which entry it needs:
-// GIO finds a missing program, a missing interpreter only the launcher's own check does.
+// A failed hand-off ends with 3 naming the entry: a missing program (GIO) or interpreter.
 TEST_F(Trust, HeadlessHandOffFailureNamesTheEntry) {
     const QString badInterpreter = path("velmora-bad-interpreter");
     writeFile(badInterpreter, "#!/nonexistent/sh\n");
