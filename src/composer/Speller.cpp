@@ -17,7 +17,6 @@ namespace velmora {
 // One loaded dictionary and how its words are encoded: UTF-8 in every current dictionary,
 // ISO 8859-1 in some old ones.
 struct Speller::Dictionary {
-    QString name;
     std::unique_ptr<Hunspell> hunspell;
     bool latin1 = false;
 
@@ -40,7 +39,6 @@ Speller::Speller(const QList<DictionaryFile>& dictionaries, const QString& perso
     : m_personalWordList(personalWordList) {
     for (const DictionaryFile& file : dictionaries) {
         auto dictionary = std::make_unique<Dictionary>();
-        dictionary->name = file.name;
         dictionary->hunspell =
             std::make_unique<Hunspell>(QFile::encodeName(file.affixPath).constData(),
                                        QFile::encodeName(file.wordsPath).constData());
@@ -79,13 +77,6 @@ std::shared_ptr<Speller> Speller::load(const QStringList& languages, const QStri
     Log::write(u"Spell checking off: no Hunspell dictionary for %@ in %@",
                {languages.join(QStringLiteral(", ")), folders.join(u':')});
     return nullptr;
-}
-
-QStringList Speller::dictionaryNames() const {
-    QStringList names;
-    for (const auto& dictionary : m_dictionaries)
-        names.append(dictionary->name);
-    return names;
 }
 
 bool Speller::isCorrect(const QString& word) {

@@ -33,9 +33,6 @@ public:
     static std::shared_ptr<Speller> load(const QStringList& languages, const QStringList& folders,
                                          const QString& personalWordList);
 
-    // The dictionaries that loaded ("en_US", "it_IT").
-    QStringList dictionaryNames() const;
-
     bool isCorrect(const QString& word);
     // The verdict already known for the word, without asking a dictionary.
     std::optional<bool> knownVerdict(const QString& word) const;
